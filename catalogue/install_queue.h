@@ -1,0 +1,18 @@
+// The last stop of a voice: the queue that is handed to the installer program.
+//
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/web_browser.h"
+#include "voice/clsVoice.h"
+
+/// The queue document's text: the ids of the voices whose boxes are ticked, in the order of
+/// `offered`, for example "<queue><item>12</item><item>40</item></queue>". No declaration and no
+/// white space: the installer reads it this way. Ids stand in it as the catalogue has them; one
+/// that is no XML text makes a document that cannot be loaded, and then no queue is written. A
+/// voice whose box is not among `inputs` is not queued.
+std::string QueueText(const std::vector<platform::InputState>& inputs,
+                      const std::vector<clsVoice>& offered);

@@ -1,0 +1,181 @@
+// A platform that a test holds in its hands: windows, page, documents, installer, shell and time
+// are set and looked at here. Files, ini files, XML trees and text order are the real ones of the
+// system that the test runs on, in a temporary folder, so they cannot drift from it.
+//
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/control.h"
+#include "platform/form.h"
+#include "platform/web_browser.h"
+#include "tests/support/temporary_folder.h"
+
+namespace fake {
+
+struct Message {
+  std::string text;
+  std::string title;
+  bool rightToLeft;
+};
+
+struct ElevatedRun {
+  std::string file;
+  std::string workingFolder;
+};
+
+struct CommonControlsCall {
+  std::uint32_t recordSize;
+  std::uint32_t classes;
+};
+
+/// The browser side of a control of kind "WebBrowser".
+struct Browser {
+  std::function<bool(const std::string&)> beforeNavigate;
+  /// Every file that a navigation reached.
+  std::vector<std::string> shown;
+  /// The page's INPUT elements; absent for a page that cannot be read.
+  platform::PageInputs inputs = std::vector<platform::InputState>();
+  int timesRead = 0;
+
+  /// The user follows a link of the page; whether it led anywhere.
+  bool Follow(const std::string& address);
+  /// The user ticks or unticks a box; throws when there is none with the id.
+  void Tick(const std::string& id, bool checked = true);
+};
+
+struct Control {
+  std::string kind;
+  std::string name;
+  std::string tag;
+  std::string caption;
+  std::string toolTipText;
+  bool enabled = true;
+  bool rightToLeft = false;
+  std::optional<platform::Font> font;
+  float left = 0;
+  float top = 0;
+  float width = 0;
+  float height = 0;
+  std::vector<platform::ContainerItem> items;
+  /// How often each property was set, by its name ("Caption", "Left", ...).
+  std::map<std::string, int> timesSet;
+  std::function<void()> onClick;
+  Browser browser;
+  bool alive = true;
+
+  /// The user presses the button; does nothing while it is disabled.
+  void Click();
+};
+
+struct Form {
+  std::string name;
+  std::string caption;
+  std::optional<platform::Font> font;
+  bool rightToLeft = false;
+  bool visible = false;
+  bool minimised = false;
+  bool unloading = false;
+  float clientWidth = 0;
+  float clientHeight = 0;
+  /// From back to front.
+  std::vector<std::shared_ptr<Control>> zOrder;
+  /// In the order of adding.
+  std::vector<std::shared_ptr<Control>> controls;
+  std::function<void()> onResize;
+  std::function<void()> onUnload;
+  std::function<void()> onUnloaded;
+
+  /// Adds a control of any kind, also one that the real back ends have no use for.
+  std::shared_ptr<Control> Add(const std::string& kind, const std::string& name);
+  void Resize(float width, float height);
+  void Minimise();
+  void Restore();
+  /// The user closes the window.
+  void Close();
+};
+
+/// A load that waits for its outcome.
+struct PendingLoad {
+  std::string address;
+  std::function<void(std::optional<std::string> bytes)> finish;
+};
+
+struct World {
+  support::TemporaryFolder folder;
+
+  // Program
+  std::string programFolder;
+  std::string programName = "VelorVoiceSetup";
+  std::string companyName = "Velor Software";
+  std::string productName = "Velor Voice Setup";
+  int majorVersion = 1;
+  std::string arguments;
+  bool previousInstance = false;
+  std::vector<std::string> otherWindows;
+  std::vector<std::string> activated;
+
+  // Shell
+  std::map<int, std::string> specialFolders;
+  std::vector<std::string> commandLines;
+  std::vector<ElevatedRun> elevatedRuns;
+  bool startingFails = false;
+
+  // Windows Installer: known products and their versions; absent when the system has none.
+  std::optional<std::map<std::string, std::string>> installedProducts =
+      std::map<std::string, std::string>();
+  std::vector<std::string> installerQuestions;
+
+  // System
+  std::optional<int> systemMajorVersion = 10;
+  std::string countryName = "Sweden";
+  std::vector<CommonControlsCall> commonControls;
+  bool commonControlsFail = false;
+
+  // Windows. What happens while a message is shown is the test's to say.
+  std::vector<Message> messages;
+  std::function<void()> whileMessageIsShown;
+  std::vector<std::shared_ptr<Form>> loadedForms;
+  float twipsPerPixelX = 15;
+  float twipsPerPixelY = 15;
+
+  // Loads from addresses wait until the test finishes them; files finish when events are handled.
+  std::vector<std::shared_ptr<PendingLoad>> pendingLoads;
+  std::deque<std::function<void()>> events;
+
+  World();
+
+  /// Puts a file into a folder given as the core writes it.
+  void WriteFile(const std::string& corePath, std::string_view bytes) const;
+  bool HasFile(const std::string& corePath) const;
+  std::string ReadFile(const std::string& corePath) const;
+};
+
+/// The one world of the running test.
+World& TheWorld();
+/// An empty world, with a temporary folder of its own: the beginning of every test.
+void Reset();
+
+Form& TheForm();
+Control& ControlNamed(const std::string& name);
+
+/// Finishes the oldest load of the address with these bytes, or as failed; throws when there is
+/// none.
+void FinishLoad(const std::string& address, const std::string& bytes);
+void FailLoad(const std::string& address);
+
+/// Handles events until none is left.
+void HandleEvents();
+/// Lets time pass: timers that are due go off, events are handled.
+void Pass(int milliseconds);
+
+}  // namespace fake

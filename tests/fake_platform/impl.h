@@ -1,0 +1,28 @@
+// What stands behind the handles of the fake platform.
+//
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+
+#include "platform/control.h"
+#include "platform/form.h"
+#include "tests/fake_platform/fake.h"
+
+struct platform::Control::Impl {
+  std::shared_ptr<fake::Control> control;
+};
+
+namespace fake {
+
+struct ScheduledTimer {
+  int milliseconds;
+  int due;
+  bool enabled = false;
+  std::function<void()> handler;
+};
+
+/// Timers of the world, in the order of making; the ones that are gone are expired.
+std::vector<std::weak_ptr<ScheduledTimer>>& Timers();
+
+}  // namespace fake

@@ -1,0 +1,152 @@
+// The fake platform's world and what a test does to it.
+//
+// SPDX-License-Identifier: MIT
+#include <algorithm>
+#include <stdexcept>
+
+#include "core/text.h"
+#include "tests/fake_platform/fake.h"
+#include "tests/fake_platform/impl.h"
+
+namespace fake {
+namespace {
+
+std::unique_ptr<World>& Holder() {
+  static std::unique_ptr<World> world;
+  return world;
+}
+
+std::filesystem::path NativePath(const std::string& corePath) {
+  const std::string native = core::ReplaceAll(corePath, "\\", "/");
+  return std::filesystem::path(std::u8string(native.begin(), native.end()));
+}
+
+void Finish(const std::string& address, std::optional<std::string> bytes) {
+  auto& loads = TheWorld().pendingLoads;
+  const auto load =
+      std::ranges::find_if(loads, [&](const auto& one) { return one->address == address; });
+  if (load == loads.end()) throw std::logic_error("nothing loads " + address);
+  const auto found = *load;
+  loads.erase(load);
+  found->finish(std::move(bytes));
+}
+
+}  // namespace
+
+World::World() {
+  const auto make = [&](const std::filesystem::path& below) {
+    std::filesystem::create_directories(folder.Path() / below);
+    return support::CorePath(folder.Path() / below);
+  };
+  programFolder = make("Program Files/Velor Software/Velor Voice Setup");
+  specialFolders[26] = make("Roaming");
+  specialFolders[35] = make("ProgramData");
+}
+
+void World::WriteFile(const std::string& corePath, std::string_view bytes) const {
+  support::WriteBytes(NativePath(corePath), bytes);
+}
+
+bool World::HasFile(const std::string& corePath) const {
+  return std::filesystem::exists(NativePath(corePath));
+}
+
+std::string World::ReadFile(const std::string& corePath) const {
+  return support::ReadBytes(NativePath(corePath));
+}
+
+World& TheWorld() {
+  if (!Holder()) Reset();
+  return *Holder();
+}
+
+void Reset() {
+  Timers().clear();
+  Holder() = std::make_unique<World>();
+}
+
+Form& TheForm() { return *TheWorld().loadedForms.at(0); }
+
+Control& ControlNamed(const std::string& name) {
+  for (const auto& control : TheForm().controls) {
+    if (control->name == name) return *control;
+  }
+  throw std::out_of_range("no control " + name);
+}
+
+void FinishLoad(const std::string& address, const std::string& bytes) { Finish(address, bytes); }
+
+void FailLoad(const std::string& address) { Finish(address, std::nullopt); }
+
+void HandleEvents() {
+  auto& events = TheWorld().events;
+  while (!events.empty()) {
+    const auto event = std::move(events.front());
+    events.pop_front();
+    event();
+  }
+}
+
+std::vector<std::weak_ptr<ScheduledTimer>>& Timers() {
+  static std::vector<std::weak_ptr<ScheduledTimer>> timers;
+  return timers;
+}
+
+void Pass(int milliseconds) {
+  HandleEvents();
+  for (int now = 0; now < milliseconds; ++now) {
+    for (const auto& weak : std::vector(Timers())) {
+      const auto timer = weak.lock();
+      if (!timer || !timer->enabled || --timer->due > 0) continue;
+      timer->due = timer->milliseconds;
+      timer->handler();
+    }
+    HandleEvents();
+  }
+}
+
+bool Browser::Follow(const std::string& address) {
+  if (beforeNavigate && beforeNavigate(address)) return false;
+  shown.push_back(address);
+  return true;
+}
+
+void Browser::Tick(const std::string& id, bool checked) {
+  for (auto& input : inputs.value()) {
+    if (input.id != id) continue;
+    input.checked = checked;
+    return;
+  }
+  throw std::out_of_range("no box " + id);
+}
+
+void Control::Click() {
+  if (enabled && onClick) onClick();
+}
+
+std::shared_ptr<Control> Form::Add(const std::string& controlKind, const std::string& controlName) {
+  auto control = std::make_shared<Control>();
+  control->kind = controlKind;
+  control->name = controlName;
+  controls.push_back(control);
+  zOrder.push_back(control);
+  return control;
+}
+
+void Form::Resize(float width, float height) {
+  clientWidth = width;
+  clientHeight = height;
+  if (onResize) onResize();
+}
+
+void Form::Minimise() {
+  minimised = true;
+  if (onResize) onResize();
+}
+
+void Form::Restore() {
+  minimised = false;
+  if (onResize) onResize();
+}
+
+}  // namespace fake

@@ -1,0 +1,46 @@
+// See temporary_folder.h. Standard library only, so that it serves tests of every system.
+//
+// SPDX-License-Identifier: MIT
+#include "tests/support/temporary_folder.h"
+
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <stdexcept>
+#include <system_error>
+
+#include "core/text.h"
+
+namespace support {
+
+std::string CorePath(const std::filesystem::path& path) {
+  const auto utf8 = path.u8string();
+  return core::ReplaceAll(std::string(utf8.begin(), utf8.end()), "/", "\\");
+}
+
+std::string ReadBytes(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  if (!file) throw std::runtime_error("cannot read " + path.string());
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void WriteBytes(const std::filesystem::path& path, std::string_view bytes) {
+  std::filesystem::create_directories(path.parent_path());
+  std::ofstream file(path, std::ios::binary);
+  file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  if (!file.flush()) throw std::runtime_error("cannot write " + path.string());
+}
+
+TemporaryFolder::TemporaryFolder() {
+  std::random_device random;
+  do {
+    mPath = std::filesystem::temp_directory_path() / ("velor-test-" + std::to_string(random()));
+  } while (!std::filesystem::create_directory(mPath));
+}
+
+TemporaryFolder::~TemporaryFolder() {
+  std::error_code ignored;
+  std::filesystem::remove_all(mPath, ignored);
+}
+
+}  // namespace support
