@@ -1,0 +1,54 @@
+// The message box, on GTK's own.
+//
+// SPDX-License-Identifier: MIT
+#include "platform/dialogs.h"
+
+#include <gtk/gtk.h>
+
+#include <stdexcept>
+
+#include "platform/linux/form_window.h"
+#include "platform/linux/signals.h"
+
+namespace platform {
+namespace {
+
+/// A widget's direction is its own, not its container's.
+void SetDirection(GtkWidget* widget, gpointer direction) {
+  gtk_widget_set_direction(widget, static_cast<GtkTextDirection>(GPOINTER_TO_INT(direction)));
+  if (GTK_IS_CONTAINER(widget))
+    gtk_container_forall(GTK_CONTAINER(widget), SetDirection, direction);
+}
+
+/// GTK 3 has message types and shows no icon for any of them.
+void AddIcon(GtkMessageDialog* dialog) {
+  GtkWidget* const icon = gtk_image_new_from_icon_name("dialog-warning", GTK_ICON_SIZE_DIALOG);
+  gtk_widget_set_valign(icon, GTK_ALIGN_START);
+  gtk_widget_show(icon);
+  GtkWidget* const row = gtk_widget_get_parent(gtk_message_dialog_get_message_area(dialog));
+  gtk_container_add(GTK_CONTAINER(row), icon);
+  gtk_box_reorder_child(GTK_BOX(row), icon, 0);
+}
+
+}  // namespace
+
+void ShowMessage(const std::string& text, const std::string& title, bool rightToLeft) {
+  if (!gdk_display_get_default()) throw std::runtime_error("there is no display");
+  const auto dialog = GRef<GtkWidget>::Share(
+      gtk_message_dialog_new(VisibleFormWindow(), GTK_DIALOG_MODAL, GTK_MESSAGE_WARNING,
+                             GTK_BUTTONS_OK, "%s", text.c_str()));
+  gtk_window_set_title(GTK_WINDOW(dialog.Get()), title.c_str());
+  atk_object_set_name(gtk_widget_get_accessible(dialog.Get()), title.c_str());
+  AddIcon(GTK_MESSAGE_DIALOG(dialog.Get()));
+  SetDirection(dialog.Get(), GINT_TO_POINTER(rightToLeft ? GTK_TEXT_DIR_RTL : GTK_TEXT_DIR_LTR));
+  bool closed = false;
+  // Pressing OK, Escape and the close button all respond; that is all there is to know.
+  const SignalConnection response =
+      Connect<void(int)>(dialog.Get(), "response", [&](int) { closed = true; });
+  const SignalConnection destroy = Connect<void()>(dialog.Get(), "destroy", [&] { closed = true; });
+  gtk_window_present(GTK_WINDOW(dialog.Get()));
+  while (!closed) g_main_context_iteration(nullptr, TRUE);
+  gtk_widget_destroy(dialog.Get());
+}
+
+}  // namespace platform

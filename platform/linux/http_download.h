@@ -1,0 +1,50 @@
+// One download over https, through the system's proxy settings. It keeps nothing on disk, sends no
+// cookie, and goes nowhere but over https.
+//
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "core/build_settings.h"
+
+namespace platform {
+
+/// What a download may take. The defaults are what the program uses; tests are more impatient.
+struct DownloadRules {
+  /// The longest time in which nothing happens; a download that goes on may take as long as it
+  /// likes.
+  std::chrono::milliseconds idleLimit = std::chrono::seconds(30);
+  /// Of the body as it is after decoding, so that a small compressed answer cannot fill the memory.
+  /// The catalogue is about 1 MB.
+  std::size_t sizeLimit = std::size_t{64} << 20;
+  int redirectLimit = 10;
+  /// A PEM file of authorities that are trusted besides the system's; none when empty.
+  std::string trustedCa = std::string(core::kAdditionalTrustedCa);
+};
+
+class HttpDownload {
+ public:
+  /// The body when everything went well, absent for every failure: of the network, of trust, a
+  /// status other than success, a redirect to anything but https, a limit, or a connection that
+  /// ended early.
+  using Answer = std::function<void(std::optional<std::string> body)>;
+
+  /// Starts; `answer` is called once, from the main loop, and may destroy this object.
+  HttpDownload(const std::string& address, DownloadRules rules, Answer answer);
+  /// Gives the download up; nothing is answered any more.
+  ~HttpDownload();
+  HttpDownload(const HttpDownload&) = delete;
+  HttpDownload& operator=(const HttpDownload&) = delete;
+
+ private:
+  struct Impl;
+  std::shared_ptr<Impl> mImpl;
+};
+
+}  // namespace platform

@@ -1,0 +1,98 @@
+// What GLib's event loop calls back: signal connections and posted steps, which let no exception
+// out and end with their owner.
+//
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <glib-object.h>
+
+#include <functional>
+#include <type_traits>
+#include <utility>
+
+#include "core/attempt.h"
+#include "platform/linux/g_ref.h"
+
+namespace platform {
+
+/// Runs what a C callback has to do. An exception must not cross the library's frames, and there is
+/// nobody above them to tell.
+template <std::invocable Step>
+void Guard(Step&& step) noexcept {
+  core::Attempt(std::forward<Step>(step));
+}
+
+/// A signal connection that lasts as long as this object. It may end inside its own handler: the
+/// library keeps the handler until the emission is over.
+class SignalConnection {
+ public:
+  SignalConnection() = default;
+  SignalConnection(GRef<GObject> instance, gulong id) : mInstance(std::move(instance)), mId(id) {}
+  SignalConnection(SignalConnection&& other) noexcept
+      : mInstance(std::move(other.mInstance)), mId(std::exchange(other.mId, 0)) {}
+  SignalConnection& operator=(SignalConnection&& other) noexcept {
+    std::swap(mInstance, other.mInstance);
+    std::swap(mId, other.mId);
+    return *this;
+  }
+  ~SignalConnection() {
+    // A destroyed widget has dropped its connections already.
+    if (mId != 0 && g_signal_handler_is_connected(mInstance.Get(), mId))
+      g_signal_handler_disconnect(mInstance.Get(), mId);
+  }
+
+ private:
+  GRef<GObject> mInstance;
+  gulong mId = 0;
+};
+
+namespace detail {
+
+template <class Signature>
+struct SignalCall;
+
+template <class Result, class... Arguments>
+struct SignalCall<Result(Arguments...)> {
+  using Handler = std::function<Result(Arguments...)>;
+
+  static Result Run(gpointer, Arguments... arguments, gpointer handler) {
+    const Handler& call = *static_cast<Handler*>(handler);
+    if constexpr (std::is_void_v<Result>) {
+      Guard([&] { call(arguments...); });
+    } else {
+      return core::AttemptOr(Result{}, [&] { return call(arguments...); });
+    }
+  }
+  static void Delete(gpointer handler, GClosure*) { delete static_cast<Handler*>(handler); }
+};
+
+}  // namespace detail
+
+/// Connects a handler of the signal's own signature, without the instance:
+///
+///     Connect<gboolean(GdkEvent*)>(window, "delete-event", [](GdkEvent*) { return TRUE; });
+///
+/// A handler that throws answers zero, which to GTK is "not handled".
+template <class Signature>
+[[nodiscard]] SignalConnection Connect(gpointer instance, const char* signal,
+                                       typename detail::SignalCall<Signature>::Handler handler) {
+  using Call = detail::SignalCall<Signature>;
+  const gulong id = g_signal_connect_data(instance, signal, G_CALLBACK(&Call::Run),
+                                          new typename Call::Handler(std::move(handler)),
+                                          &Call::Delete, static_cast<GConnectFlags>(0));
+  return {GRef<GObject>::Share(G_OBJECT(instance)), id};
+}
+
+/// Calls `step` once from the event loop.
+inline void Post(std::function<void()> step) {
+  g_idle_add_full(
+      G_PRIORITY_DEFAULT,
+      [](gpointer data) -> gboolean {
+        Guard(*static_cast<std::function<void()>*>(data));
+        return G_SOURCE_REMOVE;
+      },
+      new std::function<void()>(std::move(step)),
+      [](gpointer data) { delete static_cast<std::function<void()>*>(data); });
+}
+
+}  // namespace platform

@@ -1,0 +1,98 @@
+// The browser's promises, on the view of web_view.cpp: showing a file, the filter, reading the
+// boxes.
+//
+// SPDX-License-Identifier: MIT
+#include "platform/web_browser.h"
+
+#include <stdexcept>
+#include <utility>
+
+#include "platform/linux/paths.h"
+#include "platform/linux/signals.h"
+#include "platform/linux/web_view.h"
+
+namespace platform {
+namespace {
+
+/// The properties, which are the live state: the attributes say how the page was written.
+constexpr const char* kReadInputs = R"(
+  Array.from(document.getElementsByTagName("INPUT"),
+             input => [input.id, input.checked === true, input.disabled === true])
+)";
+
+/// A world of its own: what the page may do to its objects is not seen there.
+constexpr const char* kWorld = "VelorVoiceSetup";
+
+GRef<JSCValue> Item(JSCValue* list, guint index) {
+  return GRef<JSCValue>::Adopt(jsc_value_object_get_property_at_index(list, index));
+}
+
+std::vector<InputState> InputsFrom(JSCValue* list) {
+  if (!jsc_value_is_array(list)) throw std::runtime_error("the page gave no list");
+  const auto length = GRef<JSCValue>::Adopt(jsc_value_object_get_property(list, "length"));
+  std::vector<InputState> inputs;
+  for (guint i = 0; i < static_cast<guint>(jsc_value_to_int32(length.Get())); ++i) {
+    const auto input = Item(list, i);
+    const GMemory<char> id(jsc_value_to_string(Item(input.Get(), 0).Get()));
+    inputs.push_back({TextOf(id.get()), jsc_value_to_boolean(Item(input.Get(), 1).Get()) != FALSE,
+                      jsc_value_to_boolean(Item(input.Get(), 2).Get()) != FALSE});
+  }
+  return inputs;
+}
+
+}  // namespace
+
+struct WebBrowser::Impl {
+  std::shared_ptr<WebViewControl> control;
+};
+
+namespace {
+
+/// An answer on its way. It is given up when the browser object has gone.
+struct Question {
+  std::weak_ptr<void> browser;
+  std::function<void(const PageInputs&)> answer;
+};
+
+void TellAnswer(GObject* view, GAsyncResult* result, gpointer data) {
+  const std::unique_ptr<Question> question(static_cast<Question*>(data));
+  PageInputs inputs;
+  Guard([&] {
+    GErrorCheck error;
+    JSCValue* const value =
+        webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(view), result, error.Out());
+    error.Check();
+    inputs = InputsFrom(GRef<JSCValue>::Adopt(value).Get());
+  });
+  // Held while it is told: the answer may destroy the browser object.
+  const auto browser = question->browser.lock();
+  if (browser) Guard([&] { question->answer(inputs); });
+}
+
+}  // namespace
+
+WebBrowser::WebBrowser(const Control& control) : mImpl(std::make_shared<Impl>()) {
+  mImpl->control = std::dynamic_pointer_cast<WebViewControl>(control.mImpl);
+  if (!mImpl->control) throw std::logic_error("not a WebBrowser: " + control.Kind());
+}
+
+WebBrowser::~WebBrowser() { mImpl->control->SetBeforeNavigate(nullptr); }
+
+void WebBrowser::Navigate(const std::string& path) {
+  GErrorCheck error;
+  const GMemory<char> address(g_filename_to_uri(NativePath(path).c_str(), nullptr, error.Out()));
+  error.Check();
+  webkit_web_view_load_uri(mImpl->control->View(), address.get());
+}
+
+void WebBrowser::OnBeforeNavigate(std::function<bool(const std::string& address)> handler) {
+  mImpl->control->SetBeforeNavigate(std::move(handler));
+}
+
+void WebBrowser::ReadInputs(std::function<void(const PageInputs&)> answer) {
+  if (!mImpl->control->Lives()) return answer(std::nullopt);
+  webkit_web_view_evaluate_javascript(mImpl->control->View(), kReadInputs, -1, kWorld, nullptr,
+                                      nullptr, TellAnswer, new Question{mImpl, std::move(answer)});
+}
+
+}  // namespace platform

@@ -1,0 +1,145 @@
+// The WebKit view and what it is denied. Each lock stands for itself: the page's scripts are
+// dropped by a setting, its references by the content security policy, what is left of the network
+// by a proxy that leads nowhere, and places to go by the navigation policy.
+//
+// SPDX-License-Identifier: MIT
+#include "platform/linux/web_view.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <utility>
+
+namespace platform {
+namespace {
+
+/// Local files and what stands in the page itself; the two of form-action and base-uri do not
+/// follow default-src.
+constexpr const char* kContentPolicy =
+    "default-src 'none'; style-src 'unsafe-inline' file:; img-src data: file:; "
+    "font-src data: file:; form-action 'none'; base-uri 'none'";
+
+/// Nothing can listen on port 0, so a connection to this proxy fails at once; and with a proxy no
+/// name is looked up either.
+constexpr const char* kDeadEnd = "http://127.0.0.1:0";
+
+/// Connections ahead of need, which no content policy covers.
+constexpr std::array<std::string_view, 4> kFeaturesDenied = {
+    "LinkPreconnect", "LinkPreconnectEarlyHints", "LinkPrefetch", "LinkPreload"};
+
+GRef<WebKitSettings> Settings() {
+  auto settings = GRef<WebKitSettings>::Adopt(webkit_settings_new_with_settings(
+      "enable-javascript-markup", FALSE,  // the page's; the host may still ask
+      "enable-webgl", FALSE, "enable-webaudio", FALSE, "enable-media", FALSE, "enable-media-stream",
+      FALSE, "enable-mediasource", FALSE, "enable-webrtc", FALSE, "enable-html5-local-storage",
+      FALSE, "enable-html5-database", FALSE, "enable-page-cache", FALSE, "enable-developer-extras",
+      FALSE, "enable-fullscreen", FALSE, "enable-caret-browsing", FALSE,
+      "javascript-can-open-windows-automatically", FALSE, "allow-modal-dialogs", FALSE,
+      // A page of check boxes needs no graphics card, and no fault of a driver.
+      "hardware-acceleration-policy", WEBKIT_HARDWARE_ACCELERATION_POLICY_NEVER, nullptr));
+  WebKitFeatureList* features = webkit_settings_get_all_features();
+  for (gsize i = 0; i < webkit_feature_list_get_length(features); ++i) {
+    WebKitFeature* feature = webkit_feature_list_get(features, i);
+    if (std::ranges::find(kFeaturesDenied, webkit_feature_get_identifier(feature)) !=
+        kFeaturesDenied.end())
+      webkit_settings_set_feature_enabled(settings.Get(), feature, FALSE);
+  }
+  webkit_feature_list_unref(features);
+  return settings;
+}
+
+/// Keeps nothing on disk and reaches nobody.
+GRef<WebKitWebContext> Context() {
+  auto context = GRef<WebKitWebContext>::Adopt(webkit_web_context_new_ephemeral());
+  WebKitNetworkProxySettings* deadEnd = webkit_network_proxy_settings_new(kDeadEnd, nullptr);
+  webkit_website_data_manager_set_network_proxy_settings(
+      webkit_web_context_get_website_data_manager(context.Get()), WEBKIT_NETWORK_PROXY_MODE_CUSTOM,
+      deadEnd);
+  webkit_network_proxy_settings_free(deadEnd);
+  return context;
+}
+
+GtkWidget* NewView() {
+  const auto settings = Settings();
+  const auto context = Context();
+  return GTK_WIDGET(g_object_new(WEBKIT_TYPE_WEB_VIEW, "web-context", context.Get(), "settings",
+                                 settings.Get(), "default-content-security-policy", kContentPolicy,
+                                 nullptr));
+}
+
+/// Local files, and the empty page that WebKit starts from and shows errors in.
+bool IsLocal(std::string_view address) {
+  return address.starts_with("file:") || address.starts_with("about:");
+}
+
+}  // namespace
+
+WebViewControl::WebViewControl(const std::string& name) : Impl("WebBrowser", name, NewView()) {
+  // A file dropped on the page would be navigated to.
+  gtk_drag_dest_unset(Widget());
+  mConnections.push_back(Connect<gboolean(WebKitPolicyDecision*, WebKitPolicyDecisionType)>(
+      Widget(), "decide-policy",
+      [this](auto* decision, auto type) -> gboolean { return DecidePolicy(decision, type); }));
+  mConnections.push_back(Connect<GtkWidget*(WebKitNavigationAction*)>(
+      Widget(), "create", [](WebKitNavigationAction*) -> GtkWidget* { return nullptr; }));
+  mConnections.push_back(Connect<gboolean(WebKitPermissionRequest*)>(
+      Widget(), "permission-request", [](WebKitPermissionRequest* request) -> gboolean {
+        webkit_permission_request_deny(request);
+        return TRUE;
+      }));
+  mConnections.push_back(Connect<gboolean(WebKitFileChooserRequest*)>(
+      Widget(), "run-file-chooser", [](WebKitFileChooserRequest* request) -> gboolean {
+        webkit_file_chooser_request_cancel(request);
+        return TRUE;
+      }));
+  // Its entries are about going back, links and reloading: none is for this page.
+  mConnections.push_back(Connect<gboolean(WebKitContextMenu*, GdkEvent*, WebKitHitTestResult*)>(
+      Widget(), "context-menu",
+      [](WebKitContextMenu*, GdkEvent*, WebKitHitTestResult*) -> gboolean { return TRUE; }));
+  mConnections.push_back(Connect<void(WebKitDownload*)>(
+      webkit_web_view_get_context(View()), "download-started",
+      [](WebKitDownload* download) { webkit_download_cancel(download); }));
+  mConnections.push_back(
+      Connect<void(WebKitLoadEvent)>(Widget(), "load-changed", [this](WebKitLoadEvent event) {
+        if (event == WEBKIT_LOAD_FINISHED) gtk_widget_grab_focus(Widget());
+      }));
+}
+
+void WebViewControl::End() {
+  mBeforeNavigate = nullptr;
+  mConnections.clear();
+  Impl::End();
+}
+
+void WebViewControl::SetBeforeNavigate(std::function<bool(const std::string&)> handler) {
+  mBeforeNavigate = std::move(handler);
+}
+
+bool WebViewControl::DecidePolicy(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type) {
+  bool refused = true;  // new windows, and whatever later versions of WebKit may ask
+  if (type == WEBKIT_POLICY_DECISION_TYPE_NAVIGATION_ACTION) {
+    refused = IsRefused(webkit_navigation_policy_decision_get_navigation_action(
+        WEBKIT_NAVIGATION_POLICY_DECISION(decision)));
+  } else if (type == WEBKIT_POLICY_DECISION_TYPE_RESPONSE) {
+    // What WebKit cannot show it would download.
+    refused = !webkit_response_policy_decision_is_mime_type_supported(
+        WEBKIT_RESPONSE_POLICY_DECISION(decision));
+  }
+  if (refused) {
+    webkit_policy_decision_ignore(decision);
+  } else {
+    webkit_policy_decision_use(decision);
+  }
+  return true;
+}
+
+bool WebViewControl::IsRefused(WebKitNavigationAction* action) {
+  const std::string address =
+      TextOf(webkit_uri_request_get_uri(webkit_navigation_action_get_request(action)));
+  // The handler is asked even where the answer is known: it is promised every navigation.
+  bool cancelled = false;
+  if (const auto handler = mBeforeNavigate) Guard([&] { cancelled = handler(address); });
+  return cancelled || !IsLocal(address);
+}
+
+}  // namespace platform

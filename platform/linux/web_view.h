@@ -1,0 +1,36 @@
+// The control of kind "WebBrowser": a WebKit view that can do nothing but show a local page. The
+// promises of platform/web_browser.h are kept on top of it in web_browser.cpp.
+//
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <webkit2/webkit2.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/linux/control_impl.h"
+#include "platform/linux/signals.h"
+
+namespace platform {
+
+class WebViewControl : public Control::Impl {
+ public:
+  explicit WebViewControl(const std::string& name);
+
+  WebKitWebView* View() const { return WEBKIT_WEB_VIEW(Widget()); }
+  void End() override;
+
+  /// Asked before every navigation; true cancels.
+  void SetBeforeNavigate(std::function<bool(const std::string&)> handler);
+
+ private:
+  bool DecidePolicy(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type);
+  bool IsRefused(WebKitNavigationAction* action);
+
+  std::function<bool(const std::string&)> mBeforeNavigate;
+  std::vector<SignalConnection> mConnections;
+};
+
+}  // namespace platform
