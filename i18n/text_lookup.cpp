@@ -56,7 +56,7 @@ XmlNode BestContent(const std::vector<XmlNode>& contents, const LanguageChain& c
 
 /// Found text as an option of the lookup wants it: blanks trimmed, one put on each side.
 std::string Padded(const std::string& text) {
-  return text.empty() ? text : " " + std::string(core::Trim(text)) + " ";
+  return text.empty() ? text : std::string(" ").append(core::Trim(text)).append(" ");
 }
 
 /// No node for a query that is malformed, or that is put to no node.
