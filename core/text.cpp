@@ -60,7 +60,7 @@ std::string ReplaceAll(std::string text, std::string_view part, std::string_view
 std::vector<std::string> Split(std::string_view text, std::string_view separator) {
   std::vector<std::string> pieces;
   for (;;) {
-    const auto at = text.find(separator);
+    const auto at = separator.empty() ? std::string_view::npos : text.find(separator);
     pieces.emplace_back(text.substr(0, at));
     if (at == std::string_view::npos) return pieces;
     text.remove_prefix(at + separator.size());
@@ -77,11 +77,11 @@ std::int16_t LeadingNumber(std::string_view text) {
   text.remove_prefix(first);
   const bool negative = text.starts_with('-');
   if (negative || text.starts_with('+')) text.remove_prefix(1);
-  constexpr int kMost = std::numeric_limits<std::int16_t>::max();
+  const int most = std::numeric_limits<std::int16_t>::max() + (negative ? 1 : 0);
   int number = 0;
   for (const char digit : text) {
     if (digit < '0' || digit > '9') break;
-    number = std::min(number * 10 + (digit - '0'), kMost);
+    number = std::min(number * 10 + (digit - '0'), most);
   }
   return static_cast<std::int16_t>(negative ? -number : number);
 }

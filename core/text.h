@@ -28,7 +28,8 @@ bool ContainsIgnoringCase(std::string_view text, std::string_view part);
 /// An empty `part` occurs nowhere.
 std::string ReplaceAll(std::string text, std::string_view part, std::string_view replacement);
 
-/// The pieces between the occurrences of `separator`; always at least one, pieces may be empty.
+/// The pieces between the occurrences of `separator`; always at least one, pieces may be empty. An
+/// empty `separator` occurs nowhere.
 std::vector<std::string> Split(std::string_view text, std::string_view separator);
 
 /// The whole number that `text` is: an optional sign and decimal digits, blanks allowed around.

@@ -181,10 +181,10 @@ std::int32_t DetectLocaleLanguage() {
   std::int32_t locale = kEnglishUnitedStates;
   if (!AttemptOr(std::string(), [] { return platform::CountryName(); }).empty()) {
     // The designator is looked for, not the locale that it stands for; then its language part
-    // alone, without the low ten bits, which is 0.
+    // alone, the low ten bits, which is 0.
     XmlNode language = FindLanguage("@localeID='" + std::to_string(kUserDefaultLocale) + "'");
     if (!language) {
-      language = FindLanguage("@localeID='" + std::to_string(kUserDefaultLocale & ~0x3FF) + "'");
+      language = FindLanguage("@localeID='" + std::to_string(kUserDefaultLocale & 0x3FF) + "'");
     }
     if (language) {
       state.current.language = AttributeOf(language, "id");

@@ -99,8 +99,10 @@ void DescendTo(const std::string& level) {
 }  // namespace
 
 std::string GetSpecialFolderPath(std::int32_t csidl) {
-  const auto path = AttemptOr(std::string(), [&] { return platform::SpecialFolder(csidl); });
-  return std::string(core::Trim(path));
+  auto path = AttemptOr(std::string(), [&] { return platform::SpecialFolder(csidl); });
+  // A folder's name may end in a blank.
+  path.erase(0, path.find_first_not_of(' '));
+  return path;
 }
 
 std::string GetAppFolder() {

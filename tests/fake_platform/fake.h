@@ -12,6 +12,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -69,6 +70,8 @@ struct Control {
   std::vector<platform::ContainerItem> items;
   /// How often each property was set, by its name ("Caption", "Left", ...).
   std::map<std::string, int> timesSet;
+  /// Properties that the control lacks besides those that its kind lacks.
+  std::set<std::string> lacks;
   std::function<void()> onClick;
   Browser browser;
   bool alive = true;
@@ -77,7 +80,7 @@ struct Control {
   void Click();
 };
 
-struct Form {
+struct Form : std::enable_shared_from_this<Form> {
   std::string name;
   std::string caption;
   std::optional<platform::Font> font;
@@ -112,6 +115,12 @@ struct PendingLoad {
 
 struct World {
   support::TemporaryFolder folder;
+
+  /// What was asked of the platform, in its order, where the order is worth a look: "Load
+  /// <address>", "Save <path>", "Navigate <path>", "WindowsInstaller", "InitCommonControls",
+  /// "Show", "Hide", "Message <text>", "RunCommandLine <command line>", "RunElevated <file>",
+  /// "Gone".
+  std::vector<std::string> journal;
 
   // Program
   std::string programFolder;

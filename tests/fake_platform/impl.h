@@ -24,5 +24,10 @@ struct ScheduledTimer {
 
 /// Timers of the world, in the order of making; the ones that are gone are expired.
 std::vector<std::weak_ptr<ScheduledTimer>>& Timers();
+bool IsTimerEnabled();
+
+/// Tells a handler, if there is one. As on the systems, what it throws ends here, and it may
+/// replace itself meanwhile.
+void Tell(std::function<void()> handler);
 
 }  // namespace fake

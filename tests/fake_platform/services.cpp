@@ -51,6 +51,7 @@ void XmlDocument::Load(const std::string& addressOrPath) {
     if (const auto handler = document->handler) handler();
   };
   auto& world = fake::TheWorld();
+  world.journal.push_back("Load " + addressOrPath);
   world.pendingLoads.push_back(load);
   if (addressOrPath.find("://") != std::string::npos) return;
   world.events.push_back([load] {
@@ -72,7 +73,8 @@ XmlNode XmlDocument::DocumentElement() const {
 
 void XmlDocument::Save(const std::string& path) const {
   if (!mImpl->node) throw std::logic_error("the document holds nothing");
-  const auto& world = fake::TheWorld();
+  auto& world = fake::TheWorld();
+  world.journal.push_back("Save " + path);
   const auto folder = path.substr(0, path.rfind('\\'));
   if (!world.HasFile(folder)) throw std::runtime_error("there is no folder " + folder);
   world.WriteFile(path, mImpl->source);
@@ -98,12 +100,14 @@ std::string SpecialFolder(int csidl) { return fake::TheWorld().specialFolders.at
 
 void RunCommandLine(const std::string& commandLine) {
   auto& world = fake::TheWorld();
+  world.journal.push_back("RunCommandLine " + commandLine);
   world.commandLines.push_back(commandLine);
   if (world.startingFails) throw std::runtime_error("it does not start");
 }
 
 void RunElevated(const std::string& file, const std::string& workingFolder) {
   auto& world = fake::TheWorld();
+  world.journal.push_back("RunElevated " + file);
   world.elevatedRuns.push_back({file, workingFolder});
   if (world.startingFails) throw std::runtime_error("the user declined");
 }
@@ -111,6 +115,7 @@ void RunElevated(const std::string& file, const std::string& workingFolder) {
 struct WindowsInstaller::Impl {};
 
 WindowsInstaller::WindowsInstaller() {
+  fake::TheWorld().journal.emplace_back("WindowsInstaller");
   if (!fake::TheWorld().installedProducts) throw std::runtime_error("no Windows Installer");
 }
 
@@ -128,6 +133,7 @@ std::string CountryName() { return fake::TheWorld().countryName; }
 
 void InitCommonControls(std::uint32_t recordSize, std::uint32_t classes) {
   auto& world = fake::TheWorld();
+  world.journal.emplace_back("InitCommonControls");
   world.commonControls.push_back({recordSize, classes});
   if (world.commonControlsFail) throw std::runtime_error("no common controls");
 }

@@ -19,6 +19,7 @@ namespace {
 
 /// The kinds that a property belongs to; the fake's extra kinds have them all.
 bool Has(const fake::Control& control, const std::string& property) {
+  if (control.lacks.contains(property)) return false;
   const auto is = [&](const char* kind) { return control.kind == kind; };
   if (property == "Caption") return !is("PictureBox") && !is("WebBrowser") && !is("Image");
   if (property == "Font") return !is("PictureBox") && !is("WebBrowser") && !is("Image");
@@ -160,11 +161,15 @@ float Form::ClientHeight() const { return mImpl->form->clientHeight; }
 bool Form::IsMinimised() const { return mImpl->form->minimised; }
 
 void Form::Show() {
-  if (mImpl->form->onResize) mImpl->form->onResize();
+  fake::TheWorld().journal.emplace_back("Show");
+  fake::Tell(mImpl->form->onResize);
   mImpl->form->visible = true;
 }
 
-void Form::Hide() { mImpl->form->visible = false; }
+void Form::Hide() {
+  fake::TheWorld().journal.emplace_back("Hide");
+  mImpl->form->visible = false;
+}
 
 void Form::Unload() { mImpl->form->Close(); }
 
@@ -207,7 +212,11 @@ WebBrowser::WebBrowser(const Control& control)
 
 WebBrowser::~WebBrowser() { mImpl->control->browser.beforeNavigate = nullptr; }
 
-void WebBrowser::Navigate(const std::string& path) { mImpl->control->browser.Follow(path); }
+void WebBrowser::Navigate(const std::string& path) {
+  Require(*mImpl->control, "Navigate");
+  fake::TheWorld().journal.push_back("Navigate " + path);
+  mImpl->control->browser.Follow(path);
+}
 
 void WebBrowser::OnBeforeNavigate(std::function<bool(const std::string& address)> handler) {
   mImpl->control->browser.beforeNavigate = std::move(handler);
@@ -216,12 +225,16 @@ void WebBrowser::OnBeforeNavigate(std::function<bool(const std::string& address)
 void WebBrowser::ReadInputs(std::function<void(const PageInputs&)> answer) {
   ++mImpl->control->browser.timesRead;
   fake::TheWorld().events.push_back([owner = std::weak_ptr(mImpl), answer = std::move(answer)] {
-    if (const auto browser = owner.lock()) answer(browser->control->browser.inputs);
+    const auto browser = owner.lock();
+    if (!browser) return;
+    const fake::Control& control = *browser->control;
+    answer(control.alive ? control.browser.inputs : std::nullopt);
   });
 }
 
 void ShowMessage(const std::string& text, const std::string& title, bool rightToLeft) {
   auto& world = fake::TheWorld();
+  world.journal.push_back("Message " + text);
   world.messages.push_back({text, title, rightToLeft});
   if (world.whileMessageIsShown) world.whileMessageIsShown();
 }
@@ -229,9 +242,11 @@ void ShowMessage(const std::string& text, const std::string& title, bool rightTo
 void RunEventLoop() {
   auto& world = fake::TheWorld();
   while (!world.loadedForms.empty()) {
-    if (world.events.empty()) throw std::logic_error("a form is loaded and nothing will happen");
-    fake::HandleEvents();
+    if (world.events.empty() && !fake::IsTimerEnabled())
+      throw std::logic_error("a form is loaded and nothing will happen");
+    fake::Pass(1);
   }
+  fake::HandleEvents();  // the end of the last form is told before the loop ends
 }
 
 void ProcessPendingEvents() { fake::HandleEvents(); }
@@ -242,12 +257,13 @@ namespace fake {
 
 void Form::Close() {
   if (std::exchange(unloading, true)) return;
-  if (onUnload) onUnload();
+  Tell(onUnload);
   visible = false;
+  TheWorld().journal.emplace_back("Gone");
   for (const auto& control : controls) control->alive = false;
   std::erase_if(TheWorld().loadedForms, [&](const auto& form) { return form.get() == this; });
-  TheWorld().events.push_back([told = std::exchange(onUnloaded, nullptr)] {
-    if (told) told();
+  TheWorld().events.push_back([form = weak_from_this()] {
+    if (const auto living = form.lock()) Tell(std::exchange(living->onUnloaded, nullptr));
   });
 }
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "core/attempt.h"
 #include "core/text.h"
 #include "tests/fake_platform/fake.h"
 #include "tests/fake_platform/impl.h"
@@ -92,6 +93,17 @@ std::vector<std::weak_ptr<ScheduledTimer>>& Timers() {
   return timers;
 }
 
+bool IsTimerEnabled() {
+  return std::ranges::any_of(Timers(), [](const auto& weak) {
+    const auto timer = weak.lock();
+    return timer && timer->enabled;
+  });
+}
+
+void Tell(std::function<void()> handler) {
+  if (handler) core::Attempt(handler);
+}
+
 void Pass(int milliseconds) {
   HandleEvents();
   for (int now = 0; now < milliseconds; ++now) {
@@ -99,14 +111,16 @@ void Pass(int milliseconds) {
       const auto timer = weak.lock();
       if (!timer || !timer->enabled || --timer->due > 0) continue;
       timer->due = timer->milliseconds;
-      timer->handler();
+      Tell(timer->handler);
     }
     HandleEvents();
   }
 }
 
 bool Browser::Follow(const std::string& address) {
-  if (beforeNavigate && beforeNavigate(address)) return false;
+  if (const auto handler = beforeNavigate) {
+    if (core::AttemptOr(false, [&] { return handler(address); })) return false;
+  }
   shown.push_back(address);
   return true;
 }
@@ -121,7 +135,7 @@ void Browser::Tick(const std::string& id, bool checked) {
 }
 
 void Control::Click() {
-  if (enabled && onClick) onClick();
+  if (enabled) Tell(onClick);
 }
 
 std::shared_ptr<Control> Form::Add(const std::string& controlKind, const std::string& controlName) {
@@ -136,17 +150,17 @@ std::shared_ptr<Control> Form::Add(const std::string& controlKind, const std::st
 void Form::Resize(float width, float height) {
   clientWidth = width;
   clientHeight = height;
-  if (onResize) onResize();
+  Tell(onResize);
 }
 
 void Form::Minimise() {
   minimised = true;
-  if (onResize) onResize();
+  Tell(onResize);
 }
 
 void Form::Restore() {
   minimised = false;
-  if (onResize) onResize();
+  Tell(onResize);
 }
 
 }  // namespace fake

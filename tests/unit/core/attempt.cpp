@@ -1,0 +1,65 @@
+// That a failing step is skipped, and what it leaves behind. No platform: the helper knows none.
+//
+// SPDX-License-Identifier: MIT
+#include "core/attempt.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+namespace {
+
+using core::Attempt;
+using core::AttemptOr;
+
+TEST(Attempt, SaysThatAStepRanToItsEnd) {
+  bool ran = false;
+  EXPECT_TRUE(Attempt([&] { ran = true; }));
+  EXPECT_TRUE(ran);
+}
+
+TEST(Attempt, SaysThatAStepFailed) {
+  EXPECT_FALSE(Attempt([] { throw std::runtime_error("no"); }));
+}
+
+TEST(Attempt, StopsWhateverIsThrown) {
+  EXPECT_FALSE(Attempt([] { throw 1; }));
+}
+
+TEST(Attempt, LeavesWhatAStepChangedBeforeItFailed) {
+  int changed = 0;
+  bool wentOn = false;
+  Attempt([&] {
+    changed = 1;
+    throw std::logic_error("no");
+  });
+  Attempt([&] { wentOn = true; });
+  EXPECT_EQ(changed, 1);
+  EXPECT_TRUE(wentOn);
+}
+
+TEST(Attempt, ForgetsTheAnswerOfAStep) {
+  EXPECT_TRUE(Attempt([] { return false; }));
+}
+
+TEST(AttemptOr, AnswersWhatTheStepAnswers) {
+  EXPECT_EQ(AttemptOr(std::string("fallback"), [] { return std::string("answer"); }), "answer");
+}
+
+TEST(AttemptOr, AnswersTheFallbackWhenTheStepFails) {
+  EXPECT_EQ(AttemptOr(7, []() -> int { throw std::runtime_error("no"); }), 7);
+}
+
+TEST(AttemptOr, AnswersTheFallbackWhateverIsThrown) {
+  EXPECT_EQ(AttemptOr(7, []() -> int { throw "no"; }), 7);
+}
+
+TEST(AttemptOr, MovesAnAnswerThatCannotBeCopied) {
+  const auto answer = AttemptOr(std::unique_ptr<int>(), [] { return std::make_unique<int>(3); });
+  ASSERT_TRUE(answer);
+  EXPECT_EQ(*answer, 3);
+}
+
+}  // namespace
