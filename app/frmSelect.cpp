@@ -148,6 +148,8 @@ void frmSelect::CheckDocumentsLoaded() {
 }
 
 void frmSelect::ReportFailedCatalogue() {
+  // The system may close the window while the message is shown, as at the end of a session.
+  const auto self = shared_from_this();
   Attempt([&] { mForm.Hide(); });
   ShowText("Failed to access Velor Software website. Please check your Internet connection.");
   if (!modMain::gFallbackCommand.empty()) {
@@ -182,7 +184,8 @@ void frmSelect::tmrCheckSelected_Timer() {
 
 /// Sets only what differs, so that nothing flickers and a screen reader speaks changes alone.
 void frmSelect::ShowSelection(const PageInputs& inputs) {
-  auto& [picLogo, browser, cmdInstall, lblStatus] = mControls;
+  auto& cmdInstall = mControls.cmdInstall;
+  auto& lblStatus = mControls.lblStatus;
   const Selection selection = inputs ? CountSelection(*inputs, mOfferedVoices) : Selection();
   const bool anything = selection.count > 0;
   Attempt([&] {
@@ -202,6 +205,8 @@ void frmSelect::cmdInstall_Click() {
 
 void frmSelect::Install(const PageInputs& inputs) {
   if (!mProductsDoc) return;  // the window was closed before the page answered
+  // Asking for elevated rights may handle events, and so end the window.
+  const auto self = shared_from_this();
   Attempt([&] { SaveQueue(inputs); });
   Attempt([&] { mProductsDoc->Save(modPath::GetProductsPath()); });
   Attempt([] {

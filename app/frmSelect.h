@@ -22,9 +22,11 @@
 /// The address of the voice catalogue.
 std::string GetCatalogueURL();
 
-class frmSelect {
+/// Owned by a std::shared_ptr, so that a handler which shows a message, and with it handles events,
+/// still has its window when the owner lets go of it meanwhile.
+class frmSelect : public std::enable_shared_from_this<frmSelect> {
  public:
-  /// `whenUnloaded` is told from the event loop after the window has gone; the owner may destroy
+  /// `whenUnloaded` is told from the event loop after the window has gone; the owner may let go of
   /// this object in it.
   explicit frmSelect(std::function<void()> whenUnloaded);
 

@@ -16,7 +16,10 @@ constexpr float kStrip = 180;  // twips that the button's row is higher than the
 
 void PlaceControls(WindowControls& controls, float clientWidth, float clientHeight, float pixelX,
                    float pixelY) {
-  auto& [picLogo, webOptions, cmdInstall, lblStatus] = controls;
+  auto& picLogo = controls.picLogo;
+  auto& webOptions = controls.webOptions;
+  auto& cmdInstall = controls.cmdInstall;
+  auto& lblStatus = controls.lblStatus;
   // Two pixels of the browser go beyond the top edge and under the logo: its own border is there.
   const float bleedX = 2 * pixelX;
   const float bleedY = 2 * pixelY;

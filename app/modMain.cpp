@@ -23,7 +23,7 @@ std::string gFallbackCommand;
 namespace {
 
 /// Lives from Main until the window is unloaded.
-std::unique_ptr<frmSelect> theWindow;
+std::shared_ptr<frmSelect> theWindow;
 
 /// By its title, the only thing that is known of the other process's window.
 void ActivatePreviousInstance() {
@@ -41,7 +41,7 @@ void Main() {
   }
   Attempt([] { gFallbackCommand = FallbackCommandFrom(platform::CommandLineArguments()); });
   Attempt([] {
-    theWindow = std::make_unique<frmSelect>([] { theWindow.reset(); });
+    theWindow = std::make_shared<frmSelect>([] { theWindow.reset(); });
     theWindow->Show();
   });
 }

@@ -5,8 +5,8 @@
 
 namespace modXPStyle {
 
-/// Registers the common controls before the first window is made. True when the system could be
-/// asked at all; whether it agreed is not looked at, since nothing would be done differently.
+/// Registers the common controls. True when the system could be asked at all; whether it agreed is
+/// not looked at, since nothing would be done differently.
 bool InitCommonControlsXP();
 
 }  // namespace modXPStyle

@@ -125,7 +125,8 @@ std::string WindowsInstaller::ProductInfo(const std::string& productCode,
                                           const std::string& property) const {
   auto& world = fake::TheWorld();
   world.installerQuestions.push_back(productCode + " " + property);
-  return world.installedProducts.value().at(productCode);
+  const std::string& version = world.installedProducts.value().at(productCode);
+  return property == "VersionString" ? version : "";
 }
 
 int OperatingSystemMajorVersion() { return fake::TheWorld().systemMajorVersion.value(); }
