@@ -13,7 +13,8 @@
 namespace platform {
 
 /// Call order: construct, AddControl, set the handlers, Show. The event loop runs while a form is
-/// loaded, which it is from its construction to the end of Unload.
+/// loaded, which it is from its construction to the end of Unload. What a handler throws ends
+/// there: the form goes on as if it had returned.
 class Form {
  public:
   Form(std::string name, float clientWidth, float clientHeight);
@@ -50,7 +51,8 @@ class Form {
   void OnResize(std::function<void()> handler);
   /// Told once, before the window goes; it may show a message. The form cannot be kept from going.
   void OnUnload(std::function<void()> handler);
-  /// Told from the event loop after the window has gone: the owner may destroy the form in it.
+  /// Told from the event loop after the window has gone, and before RunEventLoop returns for it:
+  /// the owner may destroy the form in it.
   void OnUnloaded(std::function<void()> handler);
 
  private:

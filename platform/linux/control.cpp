@@ -35,6 +35,10 @@ void Control::Impl::SetFont(const Font&) { Lacks(*this, "Font"); }
 void Control::Impl::SetRightToLeft(bool) { Lacks(*this, "RightToLeft"); }
 void Control::Impl::OnClick(std::function<void()>) { Lacks(*this, "Click"); }
 
+bool Control::Impl::TakeFocus(GtkDirectionType direction) {
+  return gtk_widget_child_focus(Widget(), direction) != FALSE;
+}
+
 void Control::Impl::End() {
   mMover = nullptr;
   mWidget = {};

@@ -35,6 +35,9 @@ struct Control::Impl {
   virtual void SetRightToLeft(bool rightToLeft);
   virtual void OnClick(std::function<void()> handler);
 
+  /// Tab has come here: false when there is nothing, or nothing more, to focus.
+  virtual bool TakeFocus(GtkDirectionType direction);
+
   /// Throws std::logic_error when the form has gone.
   GtkWidget* Widget() const { return mWidget.Get(); }
   bool Lives() const { return static_cast<bool>(mWidget); }

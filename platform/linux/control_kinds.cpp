@@ -2,7 +2,7 @@
 // in web_view.cpp.
 //
 // SPDX-License-Identifier: MIT
-#include <algorithm>
+#include <cmath>
 #include <stdexcept>
 #include <utility>
 #include <vector>
@@ -10,6 +10,7 @@
 #include "core/build_settings.h"
 #include "platform/linux/control_impl.h"
 #include "platform/linux/signals.h"
+#include "platform/linux/toolkit.h"
 #include "platform/linux/web_view.h"
 
 namespace platform {
@@ -44,12 +45,13 @@ std::string SystemFontFamily() {
 
 /// Sets the face and leaves the system's size. The list ends with the system's own face, which is
 /// taken where the first is not installed. The character set has no meaning here: every font is
-/// asked by Unicode.
-void SetLabelFont(GtkLabel* label, const Font& font) {
+/// asked by Unicode. `scale` makes the text smaller than the system's size.
+void SetLabelFont(GtkLabel* label, const Font& font, double scale = 1) {
   const std::string families =
       font.name.empty() ? SystemFontFamily() : font.name + "," + SystemFontFamily();
   PangoAttrList* attributes = pango_attr_list_new();
   pango_attr_list_insert(attributes, pango_attr_family_new(families.c_str()));
+  pango_attr_list_insert(attributes, pango_attr_scale_new(scale));
   gtk_label_set_attributes(label, attributes);
   pango_attr_list_unref(attributes);
 }
@@ -66,6 +68,10 @@ void AddStyle(GtkWidget* widget, const char* style) {
                                  GTK_STYLE_PROVIDER(provider.Get()),
                                  GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
 }
+
+// Percents of the system's size.
+constexpr int kSmallestText = 75;
+constexpr int kTextStep = 5;
 
 class CommandButton : public Control::Impl {
  public:
@@ -84,13 +90,12 @@ class CommandButton : public Control::Impl {
     mCaption = caption;
     gtk_button_set_label(GTK_BUTTON(Widget()), MnemonicText(caption).c_str());
     gtk_label_set_ellipsize(Text(), PANGO_ELLIPSIZE_END);
-    if (mHasFont) SetLabelFont(Text(), mFont);
+    FitText();
     if (mHasDirection) platform::SetDirection(GTK_WIDGET(Text()), mRightToLeft);
   }
   void SetFont(const Font& font) override {
     mFont = font;
-    mHasFont = true;
-    SetLabelFont(Text(), font);
+    FitText();
   }
   void SetRightToLeft(bool rightToLeft) override {
     mRightToLeft = rightToLeft;
@@ -109,9 +114,30 @@ class CommandButton : public Control::Impl {
   // GTK makes a new label whenever the button's text changes.
   GtkLabel* Text() const { return GTK_LABEL(gtk_bin_get_child(GTK_BIN(Widget()))); }
 
+  /// The button keeps its size in every language, so a long word is written a little smaller; only
+  /// one that would become hard to read is cut.
+  void FitText() {
+    // Step by step and measured each time, since letters have whole pixels.
+    for (int percents = 100; percents >= kSmallestText; percents -= kTextStep) {
+      SetLabelFont(Text(), mFont, percents / 100.0);
+      int wanted = 0;
+      gtk_widget_get_preferred_width(GTK_WIDGET(Text()), nullptr, &wanted);
+      if (wanted <= Room()) return;
+    }
+  }
+
+  /// What the edges of the button leave, in GTK's pixels.
+  double Room() const {
+    GtkStyleContext* const style = gtk_widget_get_style_context(Widget());
+    GtkBorder padding, border;
+    gtk_style_context_get_padding(style, GTK_STATE_FLAG_NORMAL, &padding);
+    gtk_style_context_get_border(style, GTK_STATE_FLAG_NORMAL, &border);
+    return std::floor(Where().width / TwipsPerUnit()) - padding.left - padding.right - border.left -
+           border.right;
+  }
+
   std::string mCaption;
   Font mFont;
-  bool mHasFont = false;
   bool mRightToLeft = false;
   bool mHasDirection = false;
   std::function<void()> mHandler;

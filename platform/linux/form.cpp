@@ -66,6 +66,8 @@ struct Form::Impl final : FormAreaOwner, std::enable_shared_from_this<Form::Impl
  private:
   void PlaceChildren(int newWidth, int newHeight) override;
   bool MoveFocus(GtkDirectionType direction) override;
+  bool FocusNext(GtkDirectionType direction) const;
+  bool IsTabAgain(GdkEventKey& key);
   GtkAllocation PlaceOnScreen(const Place& place) const;
   void ChildMoved() const;
   void TellResize() const;
@@ -79,6 +81,9 @@ struct Form::Impl final : FormAreaOwner, std::enable_shared_from_this<Form::Impl
   bool mUnloading = false;
   bool mLoaded = false;
   SignalConnection mClose;
+  SignalConnection mKey;
+  GtkWidget* mPageLeft = nullptr;
+  guint32 mTabTime = 0;
   bool mPlacing = false;
 };
 
@@ -95,6 +100,8 @@ Form::Impl::Impl(std::string name, float clientWidth, float clientHeight)
     Unload();
     return TRUE;  // the window goes by Unload, or has gone already
   });
+  mKey = Connect<gboolean(GdkEventKey*)>(mWindow.Get(), "key-press-event",
+                                         [this](GdkEventKey* key) { return IsTabAgain(*key); });
   Windows().push_back(Window());
   ++loadedForms;
   mLoaded = true;
@@ -140,11 +147,10 @@ void Form::Impl::PlaceChildren(int newWidth, int newHeight) {
     // GTK wants to be asked what the widget would like before it is told what it gets.
     gtk_widget_get_preferred_size(widget, nullptr, nullptr);
     GtkAllocation place = PlaceOnScreen(control->Where());
-    // GTK shows nothing smaller than one pixel.
-    gtk_widget_set_child_visible(widget, place.width > 0 && place.height > 0);
-    place.width = std::max(place.width, 1);
-    place.height = std::max(place.height, 1);
-    gtk_widget_size_allocate(widget, &place);
+    // GTK gives no place smaller than one pixel.
+    const bool seen = place.width > 0 && place.height > 0;
+    gtk_widget_set_child_visible(widget, seen);
+    if (seen) gtk_widget_size_allocate(widget, &place);
   }
 }
 
@@ -162,17 +168,39 @@ void Form::Impl::TellResize() const {
   if (const auto handler = onResize) Guard(handler);
 }
 
-/// In the order of adding, where GTK's own order would go by position.
+/// The page asks for it itself, outside any event, when Tab leaves its last element.
 bool Form::Impl::MoveFocus(GtkDirectionType direction) {
-  std::vector<GtkWidget*> order;
-  for (const auto& control : controls) order.push_back(control->Widget());
+  const std::unique_ptr<GdkEvent, decltype(&gdk_event_free)> event(gtk_get_current_event(),
+                                                                   &gdk_event_free);
+  GtkWidget* const left = gtk_container_get_focus_child(GTK_CONTAINER(mArea.Get()));
+  const bool moved = FocusNext(direction);
+  if (moved && !event) mPageLeft = left;
+  return moved;
+}
+
+/// WebKit first lets Tab leave the page and then hands the same key on as one that the page did not
+/// use: the focus would go two steps. The second coming is known by its time; other keys (Shift
+/// among them) may have come between.
+bool Form::Impl::IsTabAgain(GdkEventKey& key) {
+  if (key.keyval != GDK_KEY_Tab && key.keyval != GDK_KEY_ISO_Left_Tab) return false;
+  GtkWidget* const page = std::exchange(mPageLeft, nullptr);
+  const bool again = page && key.time <= mTabTime;
+  mTabTime = std::max(mTabTime, key.time);
+  // The page still waits for this key and lets it pass. Where it never got it, it would let the
+  // first key pass that is typed after coming back, which would be lost.
+  if (again) gtk_widget_event(page, reinterpret_cast<GdkEvent*>(&key));
+  return again;
+}
+
+/// In the order of adding, where GTK's own order would go by position.
+bool Form::Impl::FocusNext(GtkDirectionType direction) const {
+  auto order = controls;
   if (direction == GTK_DIR_TAB_BACKWARD) std::reverse(order.begin(), order.end());
   GtkWidget* const focused = gtk_container_get_focus_child(GTK_CONTAINER(mArea.Get()));
-  auto next = std::find(order.begin(), order.end(), focused);
+  auto next = std::ranges::find(order, focused, &Control::Impl::Widget);
   if (next == order.end()) next = order.begin();
-  return std::any_of(next, order.end(), [&](GtkWidget* widget) {
-    return gtk_widget_child_focus(widget, direction) != FALSE;
-  });
+  return std::any_of(next, order.end(),
+                     [&](const auto& control) { return control->TakeFocus(direction); });
 }
 
 void Form::Impl::Show() {
@@ -197,6 +225,7 @@ void Form::Impl::CloseWindow() {
   mUnloading = true;
   if (!mWindow) return;
   mClose = {};
+  mKey = {};
   ForgetFormAreaOwner(mArea.Get());
   onResize = nullptr;
   onUnload = nullptr;

@@ -39,7 +39,8 @@ bool IsHttps(GUri* uri) {
   return g_str_equal(g_uri_get_scheme(uri), "https") && host && *host;
 }
 
-/// Whether the authorities of `caFile`, and no others, vouch for `certificate` as this server's.
+/// Whether the authorities of `caFile`, and no others, vouch for `certificate` as this server's,
+/// which the system's store has refused.
 bool IsTrusted(const std::string& caFile, GTlsCertificate* certificate, GUri* server) {
   GErrorCheck error;
   const auto authorities =
@@ -52,6 +53,13 @@ bool IsTrusted(const std::string& caFile, GTlsCertificate* certificate, GUri* se
       nullptr, G_TLS_DATABASE_VERIFY_NONE, nullptr, error.Out());
   error.Check();
   return faults == 0;
+}
+
+// Otherwise a connection that is cut looks like one that has ended, and what came like everything,
+// wherever no length was announced.
+void InsistOnAnEnd(GSocketClientEvent event, GIOStream* connection) {
+  if (event != G_SOCKET_CLIENT_TLS_HANDSHAKING || !G_IS_TLS_CONNECTION(connection)) return;
+  g_tls_connection_set_require_close_notify(G_TLS_CONNECTION(connection), TRUE);
 }
 
 }  // namespace
@@ -99,9 +107,8 @@ struct HttpDownload::Impl : std::enable_shared_from_this<Impl> {
 
   const DownloadRules rules;
   Answer answer;
+  // The idle watch replaces the session's own limits: it holds for names and hand-shakes too.
   const GRef<SoupSession> session = GRef<SoupSession>::Adopt(
-      // The idle watch below replaces the session's own limits: it holds for names and hand-shakes
-      // too.
       soup_session_new_with_options("timeout", 0, "idle-timeout", 0, nullptr));
   const GRef<GCancellable> cancellable = GRef<GCancellable>::Adopt(g_cancellable_new());
   GRef<SoupMessage> message;
@@ -146,7 +153,9 @@ void HttpDownload::Impl::Send(Uri uri) {
 
 void HttpDownload::Impl::ConnectSignals() {
   networkSignal = Connect<void(GSocketClientEvent, GIOStream*)>(
-      message.Get(), "network-event", [this](GSocketClientEvent, GIOStream*) { OnEvent([] {}); });
+      message.Get(), "network-event", [this](GSocketClientEvent event, GIOStream* connection) {
+        OnEvent([&] { InsistOnAnEnd(event, connection); });
+      });
   if (rules.trustedCa.empty()) return;
   certificateSignal = Connect<gboolean(GTlsCertificate*, GTlsCertificateFlags)>(
       message.Get(), "accept-certificate",

@@ -20,9 +20,6 @@ constexpr const char* kReadInputs = R"(
              input => [input.id, input.checked === true, input.disabled === true])
 )";
 
-/// A world of its own: what the page may do to its objects is not seen there.
-constexpr const char* kWorld = "VelorVoiceSetup";
-
 GRef<JSCValue> Item(JSCValue* list, guint index) {
   return GRef<JSCValue>::Adopt(jsc_value_object_get_property_at_index(list, index));
 }
@@ -91,7 +88,7 @@ void WebBrowser::OnBeforeNavigate(std::function<bool(const std::string& address)
 
 void WebBrowser::ReadInputs(std::function<void(const PageInputs&)> answer) {
   if (!mImpl->control->Lives()) return answer(std::nullopt);
-  webkit_web_view_evaluate_javascript(mImpl->control->View(), kReadInputs, -1, kWorld, nullptr,
+  webkit_web_view_evaluate_javascript(mImpl->control->View(), kReadInputs, -1, kHostWorld, nullptr,
                                       nullptr, TellAnswer, new Question{mImpl, std::move(answer)});
 }
 

@@ -27,6 +27,13 @@ constexpr const char* kDeadEnd = "http://127.0.0.1:0";
 constexpr std::array<std::string_view, 4> kFeaturesDenied = {
     "LinkPreconnect", "LinkPreconnectEarlyHints", "LinkPrefetch", "LinkPreload"};
 
+/// Where Tab stops in a page; `index` is 0 for the first and -1 for the last of them.
+constexpr const char* kFocusStop = R"(
+  Array.from(document.querySelectorAll("a[href], input, button"))
+      .filter(stop => !stop.disabled && stop.getClientRects().length > 0)
+      .at(index)?.focus({focusVisible: true})
+)";
+
 GRef<WebKitSettings> Settings() {
   auto settings = GRef<WebKitSettings>::Adopt(webkit_settings_new_with_settings(
       "enable-javascript-markup", FALSE,  // the page's; the host may still ask
@@ -103,6 +110,16 @@ WebViewControl::WebViewControl(const std::string& name) : Impl("WebBrowser", nam
       Connect<void(WebKitLoadEvent)>(Widget(), "load-changed", [this](WebKitLoadEvent event) {
         if (event == WEBKIT_LOAD_FINISHED) gtk_widget_grab_focus(Widget());
       }));
+}
+
+/// WebKit would go on where the focus left the page, which is its end.
+bool WebViewControl::TakeFocus(GtkDirectionType direction) {
+  if (!Impl::TakeFocus(direction)) return false;
+  const std::string index = direction == GTK_DIR_TAB_FORWARD ? "0" : "-1";
+  const std::string script = "{ const index = " + index + ";" + kFocusStop + "}";
+  webkit_web_view_evaluate_javascript(View(), script.c_str(), -1, kHostWorld, nullptr, nullptr,
+                                      nullptr, nullptr);
+  return true;
 }
 
 void WebViewControl::End() {

@@ -15,11 +15,16 @@
 
 namespace platform {
 
+/// The host's scripts run in a world of their own: what the page may do to its objects is not seen
+/// there.
+inline constexpr const char* kHostWorld = "VelorVoiceSetup";
+
 class WebViewControl : public Control::Impl {
  public:
   explicit WebViewControl(const std::string& name);
 
   WebKitWebView* View() const { return WEBKIT_WEB_VIEW(Widget()); }
+  bool TakeFocus(GtkDirectionType direction) override;
   void End() override;
 
   /// Asked before every navigation; true cancels.

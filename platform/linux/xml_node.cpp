@@ -58,6 +58,9 @@ const xmlChar* XmlText(const std::string& text) {
 
 void BeSilent(void*, xmlErrorPtr) {}
 
+// For the few errors that the library writes out past a context's own handler.
+void BeSilentToo(void*, const char*, ...) {}
+
 // Met before anything inside the declaration is looked at, so that no entity is ever defined.
 void RefuseDocumentType(void* context, const xmlChar*, const xmlChar*, const xmlChar*) {
   auto* parser = static_cast<xmlParserCtxt*>(context);
@@ -90,6 +93,7 @@ std::shared_ptr<xmlDoc> ParseTree(std::string_view bytes) {
 
 XPathContext ContextFor(const XmlNode::Impl& start) {
   XPathContext context(Required(xmlXPathNewContext(start.tree.get())));
+  xmlSetGenericErrorFunc(nullptr, BeSilentToo);
   context->error = BeSilent;
   context->opLimit = kXPathOperationLimit;
   if (xmlXPathSetContextNode(start.node, context.get()) != 0) {
@@ -142,8 +146,8 @@ std::vector<XmlNode> XmlNode::SelectNodes(const std::string& xpath) const {
   const Impl& self = Asked(mImpl);
   const XPathContext context = ContextFor(self);
   const XPathResult result = Evaluate(context.get(), xpath);
+  // In document order already, whatever the axes were.
   xmlNodeSet* selected = result->nodesetval;
-  xmlXPathNodeSetSort(selected);
   std::vector<XmlNode> nodes;
   for (int i = 0; i < xmlXPathNodeSetGetLength(selected); ++i) {
     xmlNode* node = xmlXPathNodeSetItem(selected, i);
