@@ -24,8 +24,28 @@ std::string ReadBytes(const std::filesystem::path& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
+namespace {
+
+/// The path as it is written. Windows drops blanks at the end of a path, and so of a folder's name
+/// while the folder is made ("Parvix "), unless the path begins with a mark.
+std::filesystem::path Exactly(const std::filesystem::path& path) {
+  constexpr bool kIsWindows = std::filesystem::path::preferred_separator == '\\';
+  if (!kIsWindows) return path;
+  std::filesystem::path exact(R"(\\?\)");
+  exact += std::filesystem::absolute(path).make_preferred();
+  return exact;
+}
+
+void MakeFolders(const std::filesystem::path& folder) {
+  if (folder.has_relative_path()) MakeFolders(folder.parent_path());
+  std::error_code existsAlready;
+  std::filesystem::create_directory(Exactly(folder), existsAlready);
+}
+
+}  // namespace
+
 void WriteBytes(const std::filesystem::path& path, std::string_view bytes) {
-  std::filesystem::create_directories(path.parent_path());
+  MakeFolders(path.parent_path());
   std::ofstream file(path, std::ios::binary);
   file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   if (!file.flush()) throw std::runtime_error("cannot write " + path.string());

@@ -1,0 +1,250 @@
+// A person at a real window of Windows, or of Wine.
+//
+// SPDX-License-Identifier: MIT
+#include "tests/contract/window_peer.h"
+
+#include <windows.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <memory>
+#include <stdexcept>
+
+#include "core/text.h"
+#include "platform/form.h"
+#include "platform/win32/automation.h"
+#include "platform/win32/browser_control.h"
+#include "platform/win32/event_queue.h"
+#include "platform/win32/text.h"
+#include "platform/win32/window_name.h"
+#include "tests/contract/win32/peer_loop.h"
+#include "tests/contract/win32/window_handles.h"
+#include "tests/support/temporary_folder.h"
+
+namespace handles {
+namespace {
+
+struct Search {
+  std::string name;
+  HWND found = nullptr;
+};
+
+std::string NameOf(HWND window) {
+  const auto atom = reinterpret_cast<UINT_PTR>(GetPropW(window, platform::kWindowNameProperty));
+  wchar_t name[256] = L"";
+  if (atom != 0) GlobalGetAtomNameW(static_cast<ATOM>(atom), name, 256);
+  return platform::Utf8Text(name);
+}
+
+BOOL CALLBACK CompareName(HWND window, LPARAM data) {
+  auto& search = *reinterpret_cast<Search*>(data);
+  if (NameOf(window) != search.name) return TRUE;
+  search.found = window;
+  return FALSE;
+}
+
+BOOL CALLBACK CompareMessage(HWND window, LPARAM data) {
+  wchar_t name[16] = L"";
+  GetClassNameW(window, name, 16);
+  if (std::wstring(name) != L"#32770" || !IsWindowVisible(window)) return TRUE;
+  *reinterpret_cast<HWND*>(data) = window;
+  return FALSE;
+}
+
+}  // namespace
+
+HWND WindowOf(const std::string& form) {
+  Search search{form};
+  EnumThreadWindows(GetCurrentThreadId(), CompareName, reinterpret_cast<LPARAM>(&search));
+  if (!search.found) throw std::out_of_range("no window " + form);
+  return search.found;
+}
+
+HWND WindowOf(const std::string& form, const std::string& control) {
+  Search search{control};
+  EnumChildWindows(WindowOf(form), CompareName, reinterpret_cast<LPARAM>(&search));
+  if (!search.found) throw std::out_of_range("no control " + control);
+  return search.found;
+}
+
+HWND ShownMessage() {
+  HWND found = nullptr;
+  EnumThreadWindows(GetCurrentThreadId(), CompareMessage, reinterpret_cast<LPARAM>(&found));
+  return found;
+}
+
+std::string TextOf(HWND window) {
+  std::wstring text(4096, L'\0');
+  const int length = GetWindowTextW(window, text.data(), static_cast<int>(text.size()));
+  return platform::Utf8Text(text.substr(0, static_cast<std::size_t>(length)));
+}
+
+}  // namespace handles
+
+namespace peer {
+namespace {
+
+using handles::WindowOf;
+
+std::unique_ptr<support::TemporaryFolder> pages;
+int pagesWritten = 0;
+
+/// Looks every few milliseconds whether a message is shown.
+struct MessageWatch {
+  std::function<void(const Message&)> look;
+  unsigned timer = 0;
+  bool looking = false;
+};
+MessageWatch watch;
+
+void EndWatch() {
+  if (watch.timer != 0) platform::StopTimer(watch.timer);
+  watch = {};
+}
+
+bool IsRightToLeft(HWND window) {
+  const auto style = static_cast<DWORD>(GetWindowLongPtrW(window, GWL_EXSTYLE));
+  return (style & (WS_EX_RTLREADING | WS_EX_LAYOUTRTL)) != 0;
+}
+
+void LookForMessage() {
+  const HWND message = handles::ShownMessage();
+  if (!message || watch.looking) return;
+  watch.looking = true;
+  constexpr int kText = 0xffff;  // the number of every message box's text
+  const HWND text = GetDlgItem(message, kText);
+  const auto look = watch.look;
+  look({handles::TextOf(text), handles::TextOf(message),
+        IsRightToLeft(message) || IsRightToLeft(text)});
+  SendMessageW(message, WM_COMMAND, IDOK, 0);
+  watch.looking = false;
+}
+
+/// Whether the system's control shows pages at all: that of Wine, without its engine, does not.
+bool ShowsPages() {
+  static const bool shows = [] {
+    platform::Form form("probe", 1500, 1500);
+    auto control = form.AddControl("WebBrowser", "page", 1500, 1500);
+    platform::WebBrowser browser(control);
+    pages = std::make_unique<support::TemporaryFolder>();
+    browser.Navigate(PageWith({{"probe", true, false}}));
+    return RunEventsUntil(
+        [&] {
+          bool read = false;
+          browser.ReadInputs(
+              [&](const platform::PageInputs& inputs) { read = inputs && inputs->size() == 1; });
+          return read;
+        },
+        std::chrono::seconds(3));
+  }();
+  return shows;
+}
+
+/// Cases about browsers that need no page.
+bool NeedsPage(const std::string& name) {
+  return name.starts_with("Browser.") && name != "Browser.IsRefusedForAControlOfAnotherKind" &&
+         name != "Browser.NavigatingAfterTheFormHasGoneThrows";
+}
+
+std::string Attribute(const std::string& text) {
+  std::string escaped = core::ReplaceAll(text, "&", "&amp;");
+  escaped = core::ReplaceAll(escaped, "\"", "&quot;");
+  return "\"" + core::ReplaceAll(escaped, "<", "&lt;") + "\"";
+}
+
+std::string Utf16(const std::string& text) {
+  const std::wstring wide = L'\xFEFF' + platform::WideText(text);
+  return {reinterpret_cast<const char*>(wide.data()), wide.size() * 2};
+}
+
+void ClickElement(const std::string& form, const std::string& browser, const std::string& id) {
+  auto* const control = reinterpret_cast<platform::BrowserControl*>(
+      GetWindowLongPtrW(WindowOf(form, browser), GWLP_USERDATA));
+  const platform::Variant name{platform::WideText(id)};
+  const auto element = platform::MemberObject(control->Document(), L"getElementById", {&name});
+  platform::Variant nothing;
+  platform::GetMember(element, L"click", {}, nothing);
+}
+
+}  // namespace
+
+void Begin() {
+  EndWatch();
+  pages = std::make_unique<support::TemporaryFolder>();
+  if (NeedsPage(RunningCase()) && !ShowsPages()) {
+    GTEST_SKIP() << "this system's WebBrowser control shows no pages";
+  }
+  pages = std::make_unique<support::TemporaryFolder>();
+}
+
+bool RunUntil(const std::function<bool()>& condition, std::chrono::milliseconds deadline) {
+  return RunEventsUntil(condition, deadline);
+}
+
+bool IsSeen(const std::string& form) {
+  return IsWindowVisible(WindowOf(form)) && !IsIconic(WindowOf(form));
+}
+
+void Close(const std::string& form) { PostMessageW(WindowOf(form), WM_CLOSE, 0, 0); }
+
+void Resize(const std::string& form, float width, float height) {
+  const HWND window = WindowOf(form);
+  RECT whole, client;
+  GetWindowRect(window, &whole);
+  GetClientRect(window, &client);
+  const int frameWidth = whole.right - whole.left - client.right;
+  const int frameHeight = whole.bottom - whole.top - client.bottom;
+  const float twips = platform::TwipsPerPixelX();
+  SetWindowPos(window, nullptr, 0, 0, static_cast<int>(std::lround(width / twips)) + frameWidth,
+               static_cast<int>(std::lround(height / twips)) + frameHeight,
+               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void Minimise(const std::string& form) { ShowWindow(WindowOf(form), SW_MINIMIZE); }
+
+void Restore(const std::string& form) { ShowWindow(WindowOf(form), SW_RESTORE); }
+
+Pixels PlaceOf(const std::string& form, const std::string& control) {
+  RECT inside, place;
+  GetClientRect(WindowOf(form), &inside);
+  // Two points at once are a rectangle, whose sides change places in a mirrored window.
+  MapWindowPoints(WindowOf(form), nullptr, reinterpret_cast<POINT*>(&inside), 2);
+  GetWindowRect(WindowOf(form, control), &place);
+  return {static_cast<int>(place.left - inside.left), static_cast<int>(place.top - inside.top),
+          static_cast<int>(place.right - place.left), static_cast<int>(place.bottom - place.top)};
+}
+
+// Windows lets no pointer and no key reach a disabled window, which BM_CLICK would.
+void Press(const std::string& form, const std::string& button) {
+  const HWND window = WindowOf(form, button);
+  if (IsWindowEnabled(window)) PostMessageW(window, BM_CLICK, 0, 0);
+}
+
+void WhenAMessageIsShown(std::function<void(const Message&)> look) {
+  EndWatch();
+  watch.look = std::move(look);
+  watch.timer = platform::StartTimer(10, LookForMessage);
+}
+
+std::string PageWith(const std::vector<platform::InputState>& boxes,
+                     const std::string& linkAddress) {
+  std::string page = "<!DOCTYPE html>\r\n<html>\r\n<title>Downloads</title>\r\n<body>\r\n";
+  for (const auto& box : boxes) {
+    page += "<p><input type=\"checkbox\"" + (box.id.empty() ? "" : " id=" + Attribute(box.id)) +
+            (box.checked ? " checked" : "") + (box.disabled ? " disabled" : "") + "></p>\r\n";
+  }
+  page += "<a id=\"link\" href=" + Attribute(linkAddress) + ">link</a></body></html>\r\n";
+  const auto path = pages->Path() / ("page" + std::to_string(++pagesWritten) + ".htm");
+  support::WriteBytes(path, Utf16(page));
+  return support::CorePath(path);
+}
+
+void ClickBox(const std::string& form, const std::string& browser, const std::string& id) {
+  ClickElement(form, browser, id);
+}
+
+void FollowLink(const std::string& form, const std::string& browser) {
+  ClickElement(form, browser, "link");
+}
+
+}  // namespace peer
