@@ -33,7 +33,7 @@ std::string Control::Impl::Caption() const { Lacks(*this, "Caption"); }
 void Control::Impl::SetCaption(const std::string&) { Lacks(*this, "Caption"); }
 void Control::Impl::SetFont(const Font&) { Lacks(*this, "Font"); }
 void Control::Impl::SetRightToLeft(bool) { Lacks(*this, "RightToLeft"); }
-void Control::Impl::OnClick(std::function<void()>) { Lacks(*this, "Click"); }
+void Control::Impl::OnClick(std::function<void()>&&) { Lacks(*this, "Click"); }
 
 bool Control::Impl::TakeFocus(GtkDirectionType direction) {
   return gtk_widget_child_focus(Widget(), direction) != FALSE;

@@ -33,7 +33,7 @@ struct Control::Impl {
   virtual void SetCaption(const std::string& caption);
   virtual void SetFont(const Font& font);
   virtual void SetRightToLeft(bool rightToLeft);
-  virtual void OnClick(std::function<void()> handler);
+  virtual void OnClick(std::function<void()>&& handler);
 
   /// Tab has come here: false when there is nothing, or nothing more, to focus.
   virtual bool TakeFocus(GtkDirectionType direction);

@@ -103,7 +103,7 @@ class CommandButton : public Control::Impl {
     SetDirection(Widget(), rightToLeft);
     SetDirection(GTK_WIDGET(Text()), rightToLeft);
   }
-  void OnClick(std::function<void()> handler) override { mHandler = std::move(handler); }
+  void OnClick(std::function<void()>&& handler) override { mHandler = std::move(handler); }
   void End() override {
     mHandler = nullptr;
     mClicked = {};

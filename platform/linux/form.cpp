@@ -173,22 +173,21 @@ bool Form::Impl::MoveFocus(GtkDirectionType direction) {
   const std::unique_ptr<GdkEvent, decltype(&gdk_event_free)> event(gtk_get_current_event(),
                                                                    &gdk_event_free);
   GtkWidget* const left = gtk_container_get_focus_child(GTK_CONTAINER(mArea.Get()));
-  const bool moved = FocusNext(direction);
-  if (moved && !event) mPageLeft = left;
-  return moved;
+  // Beyond the last control GTK asks once more, from no control at all.
+  if (!event && left) mPageLeft = left;
+  return FocusNext(direction);
 }
 
 /// WebKit first lets Tab leave the page and then hands the same key on as one that the page did not
 /// use: the focus would go two steps. The second coming is known by its time; other keys (Shift
-/// among them) may have come between.
+/// among them, and another Tab) may have come between.
 bool Form::Impl::IsTabAgain(GdkEventKey& key) {
   if (key.keyval != GDK_KEY_Tab && key.keyval != GDK_KEY_ISO_Left_Tab) return false;
-  GtkWidget* const page = std::exchange(mPageLeft, nullptr);
-  const bool again = page && key.time <= mTabTime;
+  const bool again = mPageLeft && key.time <= mTabTime;
   mTabTime = std::max(mTabTime, key.time);
   // The page still waits for this key and lets it pass. Where it never got it, it would let the
   // first key pass that is typed after coming back, which would be lost.
-  if (again) gtk_widget_event(page, reinterpret_cast<GdkEvent*>(&key));
+  if (again) gtk_widget_event(std::exchange(mPageLeft, nullptr), reinterpret_cast<GdkEvent*>(&key));
   return again;
 }
 
