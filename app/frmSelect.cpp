@@ -31,7 +31,7 @@ using platform::XmlNode;
 
 namespace {
 
-/// The title of both messages. A name, so it is not translated.
+/// The title of both messages, and the window's where the language files are missing.
 constexpr const char* kTitle = "Velor Voice Setup";
 
 // The window's design, in twips. The client area shows about fifteen voices.
@@ -82,6 +82,7 @@ frmSelect::frmSelect(std::function<void()> whenUnloaded)
       mControls(AddControls(mForm)),
       webOptions(mControls.webOptions),
       tmrCheckSelected(kCheckSelectedMilliseconds, [this] { tmrCheckSelected_Timer(); }) {
+  Attempt([&] { mForm.SetCaption(kTitle); });
   mForm.OnResize([this] { Form_Resize(); });
   mForm.OnUnload([this] { Form_Unload(); });
   mForm.OnUnloaded(std::move(whenUnloaded));

@@ -8,7 +8,9 @@
 #include <random>
 #include <stdexcept>
 #include <system_error>
+#include <vector>
 
+#include "core/attempt.h"
 #include "core/text.h"
 
 namespace support {
@@ -58,7 +60,28 @@ TemporaryFolder::TemporaryFolder() {
   } while (!std::filesystem::create_directory(mPath));
 }
 
+namespace {
+
+/// Folders whose names end in a blank get another name, by which Windows finds them when they are
+/// to be deleted.
+void RenameFoldersThatEndInABlank(const std::filesystem::path& folder) {
+  std::vector<std::filesystem::path> found;
+  for (auto entry = std::filesystem::recursive_directory_iterator(folder);
+       entry != std::filesystem::recursive_directory_iterator(); ++entry) {
+    if (!entry->path().filename().string().ends_with(' ')) continue;
+    entry.disable_recursion_pending();
+    found.push_back(entry->path());
+  }
+  for (std::size_t i = 0; i < found.size(); ++i) {
+    const auto name = "ended-in-a-blank-" + std::to_string(i);
+    std::filesystem::rename(Exactly(found.at(i)), Exactly(folder / name));
+  }
+}
+
+}  // namespace
+
 TemporaryFolder::~TemporaryFolder() {
+  core::Attempt([&] { RenameFoldersThatEndInABlank(mPath); });
   std::error_code ignored;
   std::filesystem::remove_all(mPath, ignored);
 }

@@ -64,6 +64,7 @@ TEST_F(StartUp, ShowsTheWindowWithoutLanguageFilesAndReportsNothing) {
   EXPECT_TRUE(fake::TheForm().visible);
   EXPECT_EQ(Button().caption, "Install");
   EXPECT_THAT(World().messages, IsEmpty());
+  EXPECT_EQ(fake::TheForm().caption, "Velor Voice Setup");  // as designed
 }
 
 TEST_F(StartUp, BringsTheWindowOfTheFirstInstanceToTheFront) {

@@ -1,0 +1,359 @@
+# What every end-to-end test stands on: the program as it was built, installed in a folder of its own,
+# started and looked at from outside. A test that ends well has left no process, and none of its
+# programs has complained. SPDX-License-Identifier: MIT
+"""Run through CTest, or by hand:
+
+    VELOR_BUILD=build/linux-debug scripts/with-display tests/e2e/keyboard.py -v [Class.test]
+"""
+import ctypes
+import functools
+import os
+import pathlib
+import re
+import signal
+import subprocess
+import sys
+import tempfile
+import unittest
+import xml.etree.ElementTree as ElementTree
+
+HERE = pathlib.Path(__file__).resolve().parent
+ROOT = HERE.parents[1]
+sys.path.insert(0, str(ROOT / "tests" / "support"))
+
+import accessible  # noqa: E402  (found through the line above)
+import desktop  # noqa: E402
+from catalogue import CatalogueServer, port_for_oneself  # noqa: E402
+from installation import USER, Installation  # noqa: E402
+
+TITLE = "Velor Voice Setup"
+WAIT_PAGE = "Velor Voice Setup"
+VOICES_PAGE = "Downloads"
+FAILURE = "Failed to access Velor Software website. Please check your Internet connection."
+PROMPT = "You can get more voices at any time by starting Velor Voice Setup again."
+
+# What a sound program never says: GLib's complaints about wrong calls, and the sanitizers' reports.
+COMPLAINT = re.compile(
+    r"^.*(?:-CRITICAL \*\*|-ERROR \*\*|runtime error:|(?:Address|Leak|UndefinedBehavior)Sanitizer).*$",
+    re.MULTILINE,
+)
+PR_SET_CHILD_SUBREAPER = 36
+
+
+class Build:
+    """The programs to try and what was built into them; CTest says so in the environment."""
+
+    def __init__(self):
+        self.folder = pathlib.Path(os.environ["VELOR_BUILD"]).resolve()
+        settings = self._settings()
+        host, _, port = settings["VELOR_LOCAL_SERVER"].partition(":")
+        if host != "localhost" or not port:
+            sys.exit("these tests need VELOR_LOCAL_SERVER to be localhost:<port>")
+        self.port = int(port)
+        self.authority = pathlib.Path(settings["VELOR_LOCAL_CA"])
+        self.program = self.folder / "VelorVoiceSetupLocal"
+        self.shipped_program = self.folder / "VelorVoiceSetup"
+
+    def _settings(self):
+        lines = (self.folder / "CMakeCache.txt").read_text(encoding="utf-8").splitlines()
+        entries = (line.partition("=") for line in lines if line.startswith("VELOR_"))
+        return {name.partition(":")[0]: value for name, _, value in entries}
+
+
+build = Build()
+
+
+def _nobody_left():
+    """Whether every process that descends from the test has ended. Orphans come to the test, too."""
+    try:
+        while os.waitpid(-1, os.WNOHANG)[0] != 0:
+            pass
+        return False
+    except ChildProcessError:
+        return True
+
+
+def _children(process_id):
+    """Of the processes there are, those with this parent, as (number, name)."""
+    for folder in pathlib.Path("/proc").glob("[0-9]*"):
+        try:
+            name, _, rest = (folder / "stat").read_text().rpartition(")")
+        except OSError:
+            continue  # it has ended meanwhile
+        if int(rest.split()[1]) == process_id:
+            yield int(folder.name), name.partition("(")[2]
+
+
+class Program:
+    """The running program, and its window as assistive technology sees it."""
+
+    def __init__(self, installation, arguments, log):
+        self.log = log
+        self.expected_end = 0
+        environment = dict(
+            os.environ, WINEPREFIX=str(installation.prefix), USER=USER, LANGUAGE="en", LC_ALL="C.UTF-8"
+        )
+        environment.setdefault(
+            "LSAN_OPTIONS", f"suppressions={ROOT}/tests/support/lsan.supp:print_suppressions=0"
+        )
+        # The system's libraries keep no frame pointers; only the slow way sees whose a leak is. A
+        # few frames tell it, and with all of them the program would take several times as long. Where
+        # a library's thread ends at that moment, the search for leaks may crash in what it was told
+        # of that thread's variables; so it is not told.
+        asan = environment.get("ASAN_OPTIONS", "detect_leaks=1")
+        environment["ASAN_OPTIONS"] = ":".join(
+            [asan, "fast_unwind_on_malloc=0", "malloc_context_size=8", "intercept_tls_get_addr=0"]
+        )
+        with open(log, "wb") as output:
+            self.process = subprocess.Popen(
+                [installation.program, *arguments],
+                # Not the program's own folder: where it is started from must not matter.
+                cwd="/",
+                env=environment,
+                stdin=subprocess.DEVNULL,
+                stdout=output,
+                stderr=output,
+            )
+
+    @property
+    def ended(self):
+        return self.process.poll() is not None
+
+    def window(self):
+        """The main window, or None. It is the one that is no message."""
+        for window in accessible.windows(self.process.pid):
+            if accessible.role(window) == "frame" and accessible.is_showing(window):
+                return window
+        return None
+
+    def _control(self, role):
+        """A control beside the page, which stands in the window's panel."""
+        window = self.window()
+        panel = accessible.find(window, "panel") if window else None
+        for control in accessible.children(panel) if panel else ():
+            if accessible.role(control) == role:
+                return control
+        return None
+
+    def button(self):
+        return self._control("push button")
+
+    def label(self):
+        return self._control("label")
+
+    def logo(self):
+        return self._control("image")
+
+    def status(self):
+        """What the label says; None without a label."""
+        label = self.label()
+        return accessible.text(label) if label else None
+
+    def page(self, title=VOICES_PAGE):
+        window = self.window()
+        return accessible.find(window, "document web", title) if window else None
+
+    def boxes(self):
+        """The page's check boxes in their order."""
+        page = self.page()
+        return accessible.find_all(page, "check box") if page else []
+
+    def voices(self):
+        """The names of the voices that can be ticked."""
+        return [accessible.name(box) for box in self.boxes() if accessible.is_enabled(box)]
+
+    def ticked(self):
+        return [
+            accessible.name(box)
+            for box in self.boxes()
+            if accessible.is_enabled(box) and accessible.is_checked(box)
+        ]
+
+    def box(self, name):
+        return accessible.find(self.page(), "check box", name)
+
+    def messages(self):
+        """The messages on the screen, as (title, text)."""
+        return [
+            (accessible.name(window), self._text_of(window))
+            for window in accessible.windows(self.process.pid)
+            if accessible.role(window) == "alert" and accessible.is_showing(window)
+        ]
+
+    @staticmethod
+    def _text_of(message):
+        texts = [accessible.text(label) for label in accessible.find_all(message, "label")]
+        return "\n".join(text for text in texts if text)
+
+    def message_buttons(self):
+        return [
+            button
+            for window in accessible.windows(self.process.pid)
+            if accessible.role(window) == "alert"
+            for button in accessible.find_all(window, "push button")
+        ]
+
+    def complaints(self):
+        return COMPLAINT.findall(self.log.read_text(encoding="utf-8", errors="replace"))
+
+
+def _with_report(test):
+    """The same test, which also looks at how its programs ended, and tells what was there when
+    something was not as it should be."""
+
+    @functools.wraps(test)
+    def run(self):
+        try:
+            test(self)
+            self.see_good_end()
+        except Exception as failure:
+            failure.add_note(self.report())
+            raise
+
+    return run
+
+
+class Scenario(unittest.TestCase):
+    maxDiff = None
+
+    def __init_subclass__(cls):
+        super().__init_subclass__()
+        for name, test in list(vars(cls).items()):
+            if name.startswith("test_"):
+                setattr(cls, name, _with_report(test))
+
+    @classmethod
+    def setUpClass(cls):
+        ctypes.CDLL(None).prctl(PR_SET_CHILD_SUBREAPER, 1)
+        make_authority = [ROOT / "scripts" / "make-local-ca", build.authority.parent]
+        subprocess.run(make_authority, check=True)
+        accessible.switch_on()
+
+    def setUp(self):
+        self.enterContext(port_for_oneself(build.port))
+        self.folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
+        self.installation = Installation(self.folder / "prefix", build.program)
+        self.programs = []
+        self.addCleanup(self._end_everything)
+
+    def _end_everything(self):
+        """After a failure nothing may stay either."""
+        for program in self.programs:
+            if not program.ended:
+                program.process.kill()
+                program.process.wait()
+        for process_id, _ in list(_children(os.getpid())):
+            os.kill(process_id, signal.SIGKILL)
+        accessible.wait_for(_nobody_left, "the end of what a failed test left behind")
+
+    # -- the world around the program
+
+    def serve(self, *arguments, authority=build.authority.parent, **options):
+        server = CatalogueServer(self.folder, authority, build.port, *arguments, **options)
+        self.addCleanup(server.stop)
+        return server
+
+    def start(self, *arguments, installation=None):
+        log = self.folder / f"program-{len(self.programs)}.log"
+        program = Program(installation or self.installation, arguments, log)
+        self.programs.append(program)
+        return program
+
+    def report(self):
+        lines = []
+        for program in self.programs:
+            state = f"ended with {program.process.returncode}" if program.ended else "runs"
+            lines.append(f"process {program.process.pid} {state}; it said:")
+            lines.append(program.log.read_text(encoding="utf-8", errors="replace"))
+            if not program.ended:
+                lines += map(accessible.outline, accessible.windows(program.process.pid))
+        lines.append(f"processes of the test: {list(_children(os.getpid()))}")
+        return "\n".join(lines)
+
+    # -- seeing, each with a deadline, and doing
+
+    def see(self, condition, what, seconds=20):
+        return accessible.wait_for(condition, what, seconds)
+
+    def see_good_end(self):
+        """Each test ends its programs itself."""
+        for program in self.programs:
+            self.see_end(program)
+            self.assertEqual([], program.complaints(), "what the program complained about")
+            self.assertEqual(program.expected_end, program.process.returncode)
+        self.see(_nobody_left, "the end of every process that the test started")
+
+    def see_page(self, program):
+        """The voices page with its boxes, once the program counts what is ticked there."""
+        self.see(program.page, "the voices page")
+        return self.see(program.boxes, "the voices")
+
+    def see_status(self, program, text):
+        self.see(lambda: program.status() == text, f"the status {text!r}")
+
+    def see_ticked(self, program, *names):
+        self.see(lambda: program.ticked() == list(names), f"ticks at {names}")
+
+    def tick(self, program, voice):
+        """Or takes the tick away. `voice` is the name on the page."""
+        accessible.press(self.see(lambda: program.box(voice), f"the voice {voice}"))
+
+    def press_install(self, program):
+        self.see(lambda: accessible.is_enabled(program.button()), "Install to be enabled")
+        accessible.press(program.button())
+
+    def see_message(self, program, text):
+        self.see(lambda: program.messages() == [(TITLE, text)], f"the message {text!r}")
+
+    def answer_message(self, program):
+        [button] = program.message_buttons()
+        accessible.press(button)
+
+    def see_end(self, program):
+        self.see(lambda: program.ended, "the end of the program")
+
+    def window_number(self, program):
+        return self.see(lambda: desktop.windows_of(program.process.pid), "the window")[0]
+
+    def ask_to_close(self, program):
+        desktop.ask_to_close(self.window_number(program))
+
+    def close_with_prompt(self, program):
+        self.ask_to_close(program)
+        self.see_message(program, PROMPT)
+        self.answer_message(program)
+        self.see_end(program)
+
+
+class _Result(unittest.TextTestResult):
+    """Writes down each case for scripts/count-tests, in the words of the other tests' files."""
+
+    def __init__(self, *arguments, **options):
+        super().__init__(*arguments, **options)
+        self.cases = []
+
+    def startTest(self, test):
+        super().startTest(test)
+        self.cases.append(test)
+
+    def stopTestRun(self):
+        super().stopTestRun()
+        kind, _, path = os.environ.get("GTEST_OUTPUT", "").partition(":")
+        if kind != "xml":
+            return
+        root = ElementTree.Element("testsuites")
+        failed = {test.id() for test, _ in self.failures + self.errors}
+        skipped = {test.id() for test, _ in self.skipped}
+        for test in self.cases:
+            result = "skipped" if test.id() in skipped else "completed"
+            case = ElementTree.SubElement(root, "testcase", name=test.id(), result=result)
+            if test.id() in failed:
+                ElementTree.SubElement(case, "failure")
+        pathlib.Path(path).parent.mkdir(parents=True, exist_ok=True)
+        ElementTree.ElementTree(root).write(path)
+
+
+def main():
+    # A hang is ended by CTest with the first signal; that must not leave programs behind.
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
+    unittest.main(verbosity=2, testRunner=unittest.TextTestRunner(resultclass=_Result, verbosity=2))
