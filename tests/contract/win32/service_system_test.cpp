@@ -98,10 +98,6 @@ TEST_F(Download, FailsWhenTheConnectionEndsEarly) {
   EXPECT_EQ(Get(On("/cut?file=" + File("<r/>"))), std::nullopt);
 }
 
-TEST_F(Download, TakesABodyWhoseLengthIsNotAnnounced) {
-  EXPECT_EQ(Get(On("/unannounced?file=" + File("body"))), "body");
-}
-
 TEST_F(Download, EndsAtTheSizeLimit) {
   DownloadRules rules;
   rules.sizeLimit = 1'000'000;

@@ -1,0 +1,24 @@
+// Objects that are only known by names at run time: "late-bound".
+//
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <vector>
+
+#include "platform/win32/com.h"
+
+namespace platform {
+
+/// Reads a property, or calls a method where the object has it as one; arguments in their order.
+/// Throws when the object has no such member or the call fails.
+///
+///     Variant length;
+///     GetMember(collection, L"length", {}, length);
+void GetMember(const ComPtr<IDispatch>& object, const wchar_t* member,
+               const std::vector<const VARIANT*>& arguments, Variant& answer);
+
+/// The same for a member that answers an object; throws where it answers none.
+ComPtr<IDispatch> MemberObject(const ComPtr<IDispatch>& object, const wchar_t* member,
+                               const std::vector<const VARIANT*>& arguments = {});
+
+}  // namespace platform

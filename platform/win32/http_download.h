@@ -1,0 +1,49 @@
+// One download over https, through the system's proxy settings and trust. It keeps nothing on disk,
+// sends no cookie, and goes nowhere but over https.
+//
+// It is WinHTTP's work and not MSXML's own loading, since that tells neither the status of an
+// answer nor its bytes, knows no limits, and keeps the catalogue in a cache.
+//
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace platform {
+
+/// What a download may take. The defaults are what the program uses; tests are more impatient.
+struct DownloadRules {
+  /// The longest time in which nothing happens; a download that goes on may take as long as it
+  /// likes.
+  std::chrono::milliseconds idleLimit = std::chrono::seconds(30);
+  /// Of the body. Compression is not asked for. The catalogue is about 1 MB.
+  std::size_t sizeLimit = std::size_t{64} << 20;
+  unsigned redirectLimit = 10;
+};
+
+class HttpDownload {
+ public:
+  /// The body when everything went well, absent for every failure: of the network, of trust, a
+  /// status other than success, a redirect to anything but https, a limit, or a connection that
+  /// ended early.
+  using Answer = std::function<void(std::optional<std::string> body)>;
+
+  /// Starts; `answer` is called once, from the event loop, and may destroy this object. Throws when
+  /// the system has no means of downloading.
+  HttpDownload(const std::string& address, DownloadRules rules, Answer answer);
+  /// Gives the download up; nothing is answered any more.
+  ~HttpDownload();
+  HttpDownload(const HttpDownload&) = delete;
+  HttpDownload& operator=(const HttpDownload&) = delete;
+
+ private:
+  struct Impl;
+  std::shared_ptr<Impl> mImpl;
+};
+
+}  // namespace platform
