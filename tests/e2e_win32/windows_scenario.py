@@ -1,0 +1,270 @@
+# What every end-to-end test of the Windows program stands on: the program as it was built, installed
+# in a Wine prefix of its own, started there and looked at from outside. A test that ends well has
+# seen every program end. SPDX-License-Identifier: MIT
+"""Run through CTest, or by hand:
+
+    VELOR_BUILD=build/win32-mingw VELOR_HELPERS=build/win32-mingw/tests/e2e_win32 \\
+      scripts/with-display tests/e2e_win32/closing.py -v [Class.test]
+"""
+import functools
+import os
+import pathlib
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import unittest
+import xml.etree.ElementTree as ElementTree
+
+HERE = pathlib.Path(__file__).resolve().parent
+sys.path.append(str(HERE.parent / "e2e"))
+
+from catalogue import CatalogueServer, port_for_oneself  # noqa: E402  (found through the line above)
+from wine import ROOT, PageHost, Prefix, Probe, wait_for  # noqa: E402
+
+TITLE = "Velor Voice Setup"
+WAIT_PAGE = "Velor Voice Setup"
+VOICES_PAGE = "Downloads"
+FAILURE = "Failed to access Velor Software website. Please check your Internet connection."
+PROMPT = "You can get more voices at any time by starting Velor Voice Setup again."
+
+
+class Build:
+    """The programs to try and what was built into them; CTest says so in the environment."""
+
+    def __init__(self):
+        self.folder = pathlib.Path(os.environ["VELOR_BUILD"]).resolve()
+        self.helpers = pathlib.Path(os.environ["VELOR_HELPERS"]).resolve()
+        settings = self._settings()
+        host, _, port = settings["VELOR_LOCAL_SERVER"].partition(":")
+        if host != "localhost" or not port:
+            sys.exit("these tests need VELOR_LOCAL_SERVER to be localhost:<port>")
+        self.port = int(port)
+        self.authority = pathlib.Path(settings["VELOR_LOCAL_CA"])
+        self.program = self.folder / "VelorVoiceSetupLocal.exe"
+        self.control = self.helpers / "velor_page_control.dll"
+        self.probe = self.helpers / "velor_probe.exe"
+        self.recorder = self.helpers / "velor_recorder.exe"
+        self.planted = self.helpers / "velor_planted.dll"
+
+    def _settings(self):
+        lines = (self.folder / "CMakeCache.txt").read_text(encoding="utf-8").splitlines()
+        entries = (line.partition("=") for line in lines if line.startswith("VELOR_"))
+        return {name.partition(":")[0]: value for name, _, value in entries}
+
+
+build = Build()
+
+
+class Program:
+    def __init__(self, prefix, words, environment):
+        self.process = prefix.start(r"C:\Program Files\Velor Software\Velor Voice Setup"
+                                    r"\VelorVoiceSetup.exe", *words,
+                                    # Not the program's own folder: that must not matter.
+                                    cwd="/", env=environment)
+
+    @property
+    def ended(self):
+        return self.process.poll() is not None
+
+
+def _with_report(test):
+    """The same test, which also looks at how its programs ended, and tells what was there when
+    something was not as it should be."""
+
+    @functools.wraps(test)
+    def run(self):
+        try:
+            test(self)
+            self.see_good_end()
+        except Exception as failure:
+            failure.add_note(self.report())
+            raise
+
+    return run
+
+
+class Scenario(unittest.TestCase):
+    maxDiff = None
+
+    def __init_subclass__(cls):
+        super().__init_subclass__()
+        for name, test in list(vars(cls).items()):
+            if name.startswith("test_"):
+                setattr(cls, name, _with_report(test))
+
+    @classmethod
+    def setUpClass(cls):
+        make_authority = [ROOT / "scripts" / "make-local-ca", build.authority.parent]
+        subprocess.run(make_authority, check=True)
+        cls.original = Prefix.original(build.folder)
+
+    def setUp(self):
+        self.enterContext(port_for_oneself(build.port))
+        # In the build folder, since files are shared with the original prefix there.
+        self.folder = pathlib.Path(
+            self.enterContext(
+                tempfile.TemporaryDirectory(dir=build.folder, prefix="e2e_", ignore_cleanup_errors=True)
+            )
+        )
+        self.prefix = Prefix(self.folder / "prefix", self.original)
+        self.prefix.trust(build.authority)
+        self.prefix.use_control(build.control)
+        self.prefix.install_program(build.program)
+        self.installer = self.add_recorder(self.prefix.installer)
+        self.choose_language("en")
+        self.programs = []
+        self.page = PageHost()
+        self.addCleanup(self.page.end)
+        self.prefix.environment["VELOR_PAGE_HOST"] = str(self.page.port)
+        self.probe = Probe(self.prefix, build.probe)
+        self.addCleanup(self.probe.end)
+        # First of all, that is: whatever a failed test left behind.
+        self.addCleanup(self.prefix.end)
+
+    # -- the world around the program
+
+    def choose_language(self, language):
+        """In the program's own settings."""
+        (self.prefix.program_folder / "VelorVoiceSetup.ini").write_bytes(
+            f"[I18N]\r\nLanguage1={language}\r\n".encode("ascii")
+        )
+
+    def add_recorder(self, path):
+        path.parent.mkdir(parents=True, exist_ok=True)
+        shutil.copy2(build.recorder, path)
+        return path
+
+    def calls(self, recorder):
+        """How the program there was called: (folder, command line)."""
+        record = pathlib.Path(f"{recorder}.called")
+        if not record.exists():
+            return []
+        return [tuple(line.split("\t")) for line in record.read_text("utf-8").splitlines()]
+
+    def serve(self, *arguments, authority=build.authority.parent, **options):
+        server = CatalogueServer(self.folder, authority, build.port, *arguments, **options)
+        self.addCleanup(server.stop)
+        return server
+
+    def start(self, *words, **environment):
+        program = Program(self.prefix, words, dict(self.prefix.environment, **environment))
+        self.programs.append(program)
+        return program
+
+    def report(self):
+        lines = [
+            f"started {at}: " + (f"ended with {p.process.returncode}" if p.ended else "runs")
+            for at, p in enumerate(self.programs, start=1)
+        ]
+        try:
+            for window in self.probe.windows():
+                lines.append(f"{window.kind} {window.text!r} visible={window.visible}")
+                lines += [f"  {c.kind} {c.name} {c.text!r} {c.enabled}" for c in window.controls]
+            lines.append(f"page: {self.page.title()!r} {self.page.boxes()} {self.page.journal()}")
+        except (OSError, RuntimeError, ValueError) as failure:
+            lines.append(f"nothing more can be seen: {failure}")
+        return "\n".join(lines)
+
+    # -- seeing, each with a deadline, and doing
+
+    def see(self, condition, what, seconds=30):
+        return wait_for(condition, what, seconds)
+
+    def see_good_end(self):
+        """Each test ends its programs itself."""
+        for program in self.programs:
+            self.see_end(program)
+            self.assertEqual(0, program.process.returncode)
+
+    def see_wait_page(self):
+        self.see(lambda: self.probe.form() and self.page.title() == WAIT_PAGE, "the wait page")
+
+    def see_page(self):
+        self.see(lambda: self.page.title() == VOICES_PAGE and self.page.boxes(), "the voices page")
+
+    def status(self):
+        label = self.probe.control("lblStatus")
+        return label.text if label else None
+
+    def see_status(self, text):
+        self.see(lambda: self.status() == text, f"the status {text!r}")
+
+    def can_install(self):
+        return self.probe.control("cmdInstall").enabled
+
+    def click_on_page(self, selector, text):
+        """With the mouse, in the control's own window."""
+        x, y = self.see(lambda: self.page.place(selector, text), f"{text!r} on the page")
+        [window] = self.probe.form().of_kind("Internet Explorer_Server")
+        self.probe.ask("click", window.number, x, y)
+
+    def tick(self, voice):
+        """Or takes the tick away. `voice` is the name on the page."""
+        before = voice in self.page.ticked()
+        self.click_on_page("label", voice)
+        self.see(lambda: (voice in self.page.ticked()) != before, f"the change at {voice}")
+
+    def press_install(self):
+        self.see(self.can_install, "Install to be enabled")
+        self.probe.ask("press", self.probe.control("cmdInstall").number)
+
+    def see_message(self, text):
+        self.see(lambda: self.probe.messages() == [(TITLE, text)], f"the message {text!r}")
+
+    def answer_message(self):
+        self.probe.answer_message()
+
+    def see_end(self, program):
+        self.see(lambda: program.ended, "the end of the program")
+
+    def ask_to_close(self):
+        self.probe.ask("close", self.probe.form().number)
+
+    def close_with_prompt(self, program):
+        self.ask_to_close()
+        self.see_message(PROMPT)
+        self.answer_message()
+        self.see_end(program)
+
+    def see_installer(self):
+        """It was started once, in its own folder, without arguments."""
+        [(folder, line)] = self.see(lambda: self.calls(self.installer), "the installer program")
+        expected = r"C:\Program Files\Velor Software\Velor Voice Setup"
+        self.assertEqual(expected, folder.rstrip("\\"))
+        self.assertEqual(f'"{expected}\\VelorVoiceInstaller.exe"', line.strip())
+
+
+class _Result(unittest.TextTestResult):
+    """Writes down each case for scripts/count-tests, in the words of the other tests' files."""
+
+    def __init__(self, *arguments, **options):
+        super().__init__(*arguments, **options)
+        self.cases = []
+
+    def startTest(self, test):
+        super().startTest(test)
+        self.cases.append(test)
+
+    def stopTestRun(self):
+        super().stopTestRun()
+        kind, _, path = os.environ.get("GTEST_OUTPUT", "").partition(":")
+        if kind != "xml":
+            return
+        root = ElementTree.Element("testsuites")
+        failed = {test.id() for test, _ in self.failures + self.errors}
+        skipped = {test.id() for test, _ in self.skipped}
+        for test in self.cases:
+            result = "skipped" if test.id() in skipped else "completed"
+            case = ElementTree.SubElement(root, "testcase", name=test.id(), result=result)
+            if test.id() in failed:
+                ElementTree.SubElement(case, "failure")
+        pathlib.Path(path).parent.mkdir(parents=True, exist_ok=True)
+        ElementTree.ElementTree(root).write(path)
+
+
+def main():
+    # A hang is ended by CTest with the first signal; that must not leave programs behind.
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
+    unittest.main(verbosity=2, testRunner=unittest.TextTestRunner(resultclass=_Result, verbosity=2))
