@@ -21,8 +21,8 @@ class XmlDocument {
   XmlDocument& operator=(const XmlDocument&) = delete;
 
   /// Told exactly once for each Load, from the event loop, never from inside Load, when ReadyState
-  /// is 4. (MSXML tells by event; under Wine, and for a file on Linux, the document may be complete
-  /// when Load returns. The promise is the weaker of the two.)
+  /// is 4. (A download ends later; a file, and an address that is refused, may be complete when
+  /// Load returns. Whoever waits need not know which.)
   void OnReadyStateChange(std::function<void()> handler);
 
   /// Starts loading an https address or a file (a path as the core writes it). Every failure, of
