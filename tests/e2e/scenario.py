@@ -15,7 +15,6 @@ import subprocess
 import sys
 import tempfile
 import unittest
-import xml.etree.ElementTree as ElementTree
 
 HERE = pathlib.Path(__file__).resolve().parent
 ROOT = HERE.parents[1]
@@ -23,6 +22,7 @@ sys.path.insert(0, str(ROOT / "tests" / "support"))
 
 import accessible  # noqa: E402  (found through the line above)
 import desktop  # noqa: E402
+from case_results import main  # noqa: E402,F401  (the scripts of cases call it)
 from catalogue import CatalogueServer, port_for_oneself  # noqa: E402
 from installation import USER, Installation  # noqa: E402
 
@@ -323,37 +323,3 @@ class Scenario(unittest.TestCase):
         self.see_message(program, PROMPT)
         self.answer_message(program)
         self.see_end(program)
-
-
-class _Result(unittest.TextTestResult):
-    """Writes down each case for scripts/count-tests, in the words of the other tests' files."""
-
-    def __init__(self, *arguments, **options):
-        super().__init__(*arguments, **options)
-        self.cases = []
-
-    def startTest(self, test):
-        super().startTest(test)
-        self.cases.append(test)
-
-    def stopTestRun(self):
-        super().stopTestRun()
-        kind, _, path = os.environ.get("GTEST_OUTPUT", "").partition(":")
-        if kind != "xml":
-            return
-        root = ElementTree.Element("testsuites")
-        failed = {test.id() for test, _ in self.failures + self.errors}
-        skipped = {test.id() for test, _ in self.skipped}
-        for test in self.cases:
-            result = "skipped" if test.id() in skipped else "completed"
-            case = ElementTree.SubElement(root, "testcase", name=test.id(), result=result)
-            if test.id() in failed:
-                ElementTree.SubElement(case, "failure")
-        pathlib.Path(path).parent.mkdir(parents=True, exist_ok=True)
-        ElementTree.ElementTree(root).write(path)
-
-
-def main():
-    # A hang is ended by CTest with the first signal; that must not leave programs behind.
-    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
-    unittest.main(verbosity=2, testRunner=unittest.TextTestRunner(resultclass=_Result, verbosity=2))
