@@ -41,4 +41,17 @@ TEST_F(GoldenPages, WritesTextsOfEveryScript) {
                                      Product("2", "Daniel")));
 }
 
+/// Names, languages and ids are written as they come; what a page may not do is the browser's to
+/// keep, and what is queued the queue's.
+TEST_F(GoldenPages, ChangesNothingInTextsThatAreMoreThanTexts) {
+  WriteQueue("<queue><item>' or '1'='1</item><item>&lt;b&gt;</item></queue>");
+  Install("3");
+  ExpectPage("hostile.htm",
+             Catalogue(Product("' or '1'='1", "Anna &lt;script&gt;alert('1')&lt;/script&gt;") +
+                       Product("2'&gt;&lt;input id='check4", "Berta\n \u202Eatreb\t&amp;lt;") +
+                       Product("3", "Clara &lt;/table&gt;&lt;!--") +
+                       Product("4", "Daniel &lt;input type='checkbox' id='check4' checked&gt;") +
+                       Product("&lt;b&gt;", "Eva &lt;img src=https://velor.example/x&gt;")));
+}
+
 }  // namespace

@@ -171,7 +171,7 @@ TEST_F(InstallButton, ClosesWithoutAMessageWhenTheUserDeclinesElevation) {
 }
 
 TEST_F(InstallButton, KeepsTheEarlierQueueForAnIdThatIsNoXmlText) {
-  for (const char* id : {"a&lt;b", "a&amp;b"}) {
+  for (const char* id : {"a&lt;b", "a&amp;b", "7&lt;/item&gt;&lt;item&gt;9", "a&amp;amp;b"}) {
     WriteQueue("<queue><item>earlier</item></queue>");
     ShowVoices(Catalogue(Product(id, "Anna")));
     Browser().inputs->at(0).checked = true;

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -46,21 +47,43 @@ TEST(InstallQueue, FindsBoxesByTheirWholeId) {
             "<queue></queue>");
 }
 
-TEST(InstallQueue, LooksAtTheFirstBoxOfAnId) {
-  // The greyed rows of installed voices repeat the id of an offered one.
+TEST(InstallQueue, LooksAtNoGreyedBox) {
+  // The greyed rows of installed voices repeat the id of an offered one, whose own box may have
+  // been lost in a name such as "<!--".
   EXPECT_EQ(QueueText({{"check1", false}, {"check1", true, true}}, Voices({"1"})),
             "<queue></queue>");
-  EXPECT_EQ(QueueText({{"check1", true}, {"check1", false, true}}, Voices({"1"})),
+  EXPECT_EQ(QueueText({{"check1", false, true}, {"check1", true}}, Voices({"1"})),
+            "<queue><item>1</item></queue>");
+  EXPECT_EQ(QueueText({{"check1", true, true}}, Voices({"1"})), "<queue></queue>");
+}
+
+TEST(InstallQueue, LooksAtTheFirstBoxOfAnIdThatSeveralVoicesHave) {
+  EXPECT_EQ(QueueText({{"check1", true}, {"check1", false}}, Voices({"1", "1"})),
+            "<queue><item>1</item><item>1</item></queue>");
+  EXPECT_EQ(QueueText({{"check1", false}, {"check1", true}}, Voices({"1", "1"})),
+            "<queue></queue>");
+}
+
+TEST(InstallQueue, LeavesOutAVoiceThatHasABoxTooManyUnlessAllAreTicked) {
+  EXPECT_EQ(QueueText({{"check1", true}, {"check1", false}}, Voices({"1"})), "<queue></queue>");
+  EXPECT_EQ(QueueText({{"check1", false}, {"check1", true}}, Voices({"1"})), "<queue></queue>");
+  EXPECT_EQ(QueueText({{"check1", true}, {"check1", true}}, Voices({"1"})),
             "<queue><item>1</item></queue>");
 }
 
-TEST(InstallQueue, LooksAtTheTickAlone) {
-  EXPECT_EQ(QueueText({{"check1", true, true}}, Voices({"1"})), "<queue><item>1</item></queue>");
+TEST(InstallQueue, IsRefusedForATickedIdThatCouldBringOthersWithIt) {
+  for (const char* id : {"7</item><item>9", "a<b", "a&amp;b", "a&b"}) {
+    const std::string box = std::string("check") + id;
+    EXPECT_THROW(QueueText({{box, true}}, Voices({id})), std::invalid_argument) << id;
+    EXPECT_EQ(QueueText({{box, false}, {"check1", true}}, Voices({id, "1"})),
+              "<queue><item>1</item></queue>")
+        << id;
+  }
 }
 
-TEST(InstallQueue, HoldsIdsAsTheCatalogueHasThem) {
-  EXPECT_EQ(QueueText({{"checka<b&c", true}}, Voices({"a<b&c"})),
-            "<queue><item>a<b&c</item></queue>");
+TEST(InstallQueue, HoldsOtherIdsAsTheCatalogueHasThem) {
+  EXPECT_EQ(QueueText({{"check' or\n\"1\">", true}}, Voices({"' or\n\"1\">"})),
+            "<queue><item>' or\n\"1\"></item></queue>");
 }
 
 }  // namespace
