@@ -14,9 +14,11 @@
 namespace platform {
 namespace {
 
-/// The properties, which are the live state: the attributes say how the page was written.
+/// The properties, which are the live state: the attributes say how the page was written. Asked of
+/// the prototype, since an element of the page that is named as a function of the document's stands
+/// before that function.
 constexpr const char* kReadInputs = R"(
-  Array.from(document.getElementsByTagName("INPUT"),
+  Array.from(Document.prototype.getElementsByTagName.call(document, "INPUT"),
              input => [input.id, input.checked === true, input.disabled === true])
 )";
 

@@ -13,11 +13,12 @@
 namespace platform {
 namespace {
 
-/// Local files and what stands in the page itself; the two of form-action and base-uri do not
-/// follow default-src.
+/// What stands in the page itself and nothing else: a reference to a local file would be of no use,
+/// and one to a device would be read for ever. The two of form-action and base-uri do not follow
+/// default-src.
 constexpr const char* kContentPolicy =
-    "default-src 'none'; style-src 'unsafe-inline' file:; img-src data: file:; "
-    "font-src data: file:; form-action 'none'; base-uri 'none'";
+    "default-src 'none'; style-src 'unsafe-inline'; img-src data:; font-src data:; "
+    "form-action 'none'; base-uri 'none'";
 
 /// Nothing can listen on port 0, so a connection to this proxy fails at once; and with a proxy no
 /// name is looked up either.
@@ -29,7 +30,7 @@ constexpr std::array<std::string_view, 4> kFeaturesDenied = {
 
 /// Where Tab stops in a page; `index` is 0 for the first and -1 for the last of them.
 constexpr const char* kFocusStop = R"(
-  Array.from(document.querySelectorAll("a[href], input, button"))
+  Array.from(Document.prototype.querySelectorAll.call(document, "a[href], input, button"))
       .filter(stop => !stop.disabled && stop.getClientRects().length > 0)
       .at(index)?.focus({focusVisible: true})
 )";

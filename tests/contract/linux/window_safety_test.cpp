@@ -126,6 +126,32 @@ TEST_F(Safety, NoReferenceOfThePageConnects) {
   ExpectSilence();
 }
 
+TEST_F(Safety, NoReferenceOfThePageIsReadFromTheDiskEither) {
+  support::WriteBytes(folder.Path() / "harm.css", "#mark { color: rgb(1, 2, 3) }");
+  support::WriteBytes(folder.Path() / "harm.svg",
+                      "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>");
+  Show(
+      "<link rel=stylesheet href='harm.css'><link rel=stylesheet href='file:///dev/zero'>"
+      "<style>@import 'harm.css';</style>",
+      "<img id=image src='harm.svg'><iframe src='harm.svg'></iframe>"
+      "<object data='harm.svg'></object>");
+  EXPECT_EQ(Ask("[getComputedStyle(document.getElementById('mark')).color, "
+                "document.getElementById('image').naturalWidth].join()"),
+            "rgb(0, 0, 0),0");
+}
+
+TEST_F(Safety, ElementsNamedAsFunctionsDoNotKeepTheBoxesFromBeingRead) {
+  Show("",
+       "<img name=getElementsByTagName><form name=prototype></form><form name=call></form>"
+       "<img id=Document name=Document><img id=Array name=Array><form id=input>"
+       "<input name=id><input name=checked><input name=disabled></form>");
+  platform::PageInputs inputs;
+  browser.ReadInputs([&](const platform::PageInputs& answer) { inputs = answer; });
+  ASSERT_TRUE(peer::RunUntil([&] { return inputs.has_value(); }));
+  ASSERT_EQ(inputs->size(), 4U);
+  EXPECT_EQ(inputs->at(3).id, "last");
+}
+
 TEST_F(Safety, NeitherRefreshNorFormNorLinkConnects) {
   Show("<meta http-equiv=refresh content='0; url=" + canary.Address("refresh") + "'>",
        "<form id=form method=post action='" + canary.Address("form") +
