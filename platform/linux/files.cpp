@@ -33,8 +33,11 @@ bool FileExists(const std::string& path) {
 
 void CreateFolder(const std::string& path) {
   const std::string folder = NativePath(path);
-  // What tells success is the folder, not the call: it may have been there.
-  g_mkdir(folder.c_str(), 0777);
+  // For the person alone, as settings and the page are: whoever may write to the folder may put
+  // another page in the place of ours. What tells success is the folder, not the call: it may have
+  // been there.
+  constexpr int kOnlyForItsOwner = 0700;
+  g_mkdir(folder.c_str(), kOnlyForItsOwner);
   if (!g_file_test(folder.c_str(), G_FILE_TEST_IS_DIR)) {
     throw std::runtime_error("the folder " + folder + " could not be created");
   }

@@ -75,9 +75,10 @@ GtkWidget* NewView() {
                                  nullptr));
 }
 
-/// Local files, and the empty page that WebKit starts from and shows errors in.
+/// Files of this machine, which have no host in their addresses, and the empty page that WebKit
+/// starts from and shows errors in.
 bool IsLocal(std::string_view address) {
-  return address.starts_with("file:") || address.starts_with("about:");
+  return address.starts_with("file:///") || address.starts_with("about:");
 }
 
 }  // namespace

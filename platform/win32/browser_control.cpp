@@ -37,12 +37,18 @@ bool IsPageKey(const MSG& message) {
                                      : Contains(kPageKeys, message.wParam);
 }
 
-/// Local files, as path or address, and what the control shows where a file is missing.
+/// "C:\", and "C:/" as addresses have it.
+bool IsOnDrive(std::string_view path) {
+  return path.size() > 2 && path.at(1) == ':' && (path.at(2) == '\\' || path.at(2) == '/');
+}
+
+/// Files on a drive, as path or address, and what the control shows where a file is missing. A file
+/// of another machine is none of these: asking for it would tell that machine who asks.
 bool IsLocal(std::string_view address) {
-  const bool onDrive = address.size() > 2 && address.substr(1, 2) == ":\\";
-  const std::string start = core::UpperCase(address.substr(0, 6));
-  return onDrive || start.starts_with("FILE:") || start.starts_with("ABOUT:") ||
-         start.starts_with("RES:");
+  constexpr std::string_view kFile = "FILE:///";
+  const std::string start = core::UpperCase(address.substr(0, kFile.size()));
+  if (start == kFile) return IsOnDrive(address.substr(kFile.size()));
+  return IsOnDrive(address) || start.starts_with("ABOUT:") || start.starts_with("RES:");
 }
 
 RECT InsideOf(HWND window) {

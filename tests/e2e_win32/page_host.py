@@ -29,6 +29,8 @@ NO_SCRIPTS = 0x80
 FORCE_OFFLINE = 0x10000000
 # A port on which nobody can listen: what goes there goes nowhere.
 NOWHERE = "http://127.0.0.1:0"
+# Where Wine shows this machine's files.
+DRIVE = "file:///Z:/"
 NORMAL_DENSITY = 96
 SEPARATOR = "\x1f"
 FRAME_MILLISECONDS = 40
@@ -82,7 +84,7 @@ class Page:
         self._window.show_all()
 
     def end(self):
-        for decision, _ in self._waiting.values():
+        for decision, *_ in self._waiting.values():
             decision.ignore()
         self._window.destroy()
 
@@ -99,7 +101,7 @@ class Page:
         what = "navigating" if kind == WebKit2.PolicyDecisionType.NAVIGATION_ACTION else "opening"
         number = len(self.journal)
         self.journal.append([what, address, None])
-        self._waiting[number] = (decision, what)
+        self._waiting[number] = (decision, what, address)
         self._send("!", what, number, address)
         return True
 
@@ -116,13 +118,16 @@ class Page:
     # -- what the control wants; each answers the fields of its answer, or hands them over later
 
     def decide(self, answer, number, verdict):
-        decision, what = self._waiting.pop(int(number))
+        decision, what, address = self._waiting.pop(int(number))
         self.journal[int(number)][2] = verdict
         # There is no second window here: one that the program lets open is seen in the journal only.
-        if verdict == "go" and what == "navigating":
+        if verdict == "go" and what == "navigating" and not address.startswith(DRIVE):
             decision.use()
-        else:
-            decision.ignore()
+            return
+        decision.ignore()
+        if verdict == "go" and what == "navigating":
+            self._own = True
+            self._view.load_uri("file:///" + address.removeprefix(DRIVE))
 
     def navigate(self, answer, address):
         self.journal.append(["shown", address, "go"])

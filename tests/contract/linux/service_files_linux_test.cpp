@@ -74,9 +74,24 @@ TEST_F(FilesOnLinux, ReplaceALinkAndNotWhatItLeadsTo) {
   EXPECT_EQ(peer::FileBytes(In("elsewhere")), "kept");
 }
 
-TEST_F(FilesOnLinux, KeepThePageToItsOwner) {
+TEST_F(FilesOnLinux, ReplaceAnotherNameOfAFileAndNotTheFile) {
+  peer::WriteFile(In("elsewhere"), "kept");
+  for (const char* name : {"queue.xml", "index.htm"}) {
+    std::filesystem::create_hard_link(Native("elsewhere"), Native(name));
+  }
+  Save("queue.xml");
   platform::WriteUtf16File(In("index.htm"), "A");
-  EXPECT_EQ(RightsOf(Native("index.htm")), 0600u);
+  EXPECT_EQ(peer::FileBytes(In("queue.xml")), "<queue/>");
+  EXPECT_EQ(peer::FileBytes(In("elsewhere")), "kept");
+}
+
+TEST_F(FilesOnLinux, KeepThePageAndItsFolderToTheirOwner) {
+  const mode_t earlier = umask(0);
+  platform::CreateFolder(In("page"));
+  platform::WriteUtf16File(In("page\\index.htm"), "A");
+  umask(earlier);
+  EXPECT_EQ(RightsOf(Native("page")), 0700u);
+  EXPECT_EQ(RightsOf(Native("page/index.htm")), 0600u);
 }
 
 TEST_F(FilesOnLinux, GiveSavedDocumentsTheRightsOfANewFile) {

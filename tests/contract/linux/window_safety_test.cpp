@@ -167,6 +167,22 @@ TEST_F(Safety, NeitherRefreshNorFormNorLinkConnects) {
   EXPECT_EQ(Ask("document.getElementById('mark').textContent"), "as written");
 }
 
+TEST_F(Safety, NoFileOfAnotherMachineAndNoDeviceIsShown) {
+  const auto other = folder.Path() / "other.htm";
+  support::WriteBytes(other, "<!DOCTYPE html><title>other</title>");
+  Show("", "<a id=far href='file://velor.example" + other.string() +
+               "'>x</a><a id=device href='file:///dev/zero'>x</a><a id=near href='file://" +
+               other.string() + "'>x</a>");
+  for (const char* link : {"far", "device"}) {
+    Ask(std::string("document.getElementById('") + link + "').click(); 1");
+    EXPECT_FALSE(peer::RunUntil([&] { return Ask("document.title") != "t"; },
+                                std::chrono::milliseconds(500)))
+        << link;
+  }
+  Ask("document.getElementById('near').click(); 1");
+  EXPECT_TRUE(peer::RunUntil([&] { return Ask("document.title") == "other"; }));
+}
+
 TEST_F(Safety, EvenWhatTheHostAsksOfThePageDoesNotConnect) {
   Show("", "");
   Ask("fetch('" + canary.Address("fetch") + "').catch(() => 0); new Image().src = '" +
