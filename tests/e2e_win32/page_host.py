@@ -67,7 +67,7 @@ class Page:
 
     def __init__(self, send):
         self._send = send
-        self._own = False  # the next navigation is the program's, which has been asked
+        self._own = []  # the next navigation is the program's, which has been asked
         self._waiting = {}
         self._fresh = True
         self.journal = []
@@ -94,8 +94,8 @@ class Page:
         if kind == WebKit2.PolicyDecisionType.RESPONSE:
             return False
         address = decision.get_navigation_action().get_request().get_uri()
-        if kind == WebKit2.PolicyDecisionType.NAVIGATION_ACTION and self._own:
-            self._own = False
+        if kind == WebKit2.PolicyDecisionType.NAVIGATION_ACTION and address in self._own:
+            self._own.remove(address)
             decision.use()
             return True
         what = "navigating" if kind == WebKit2.PolicyDecisionType.NAVIGATION_ACTION else "opening"
@@ -126,15 +126,18 @@ class Page:
             return
         decision.ignore()
         if verdict == "go" and what == "navigating":
-            self._own = True
-            self._view.load_uri("file:///" + address.removeprefix(DRIVE))
+            self._load("file:///" + address.removeprefix(DRIVE))
 
     def navigate(self, answer, address):
         self.journal.append(["shown", address, "go"])
-        self._own = True
         path = pathlib.PurePosixPath(address)
-        self._view.load_uri(path.as_uri() if path.is_absolute() else address)
+        self._load(path.as_uri() if path.is_absolute() else address)
         answer()
+
+    def _load(self, address):
+        """Not for the program to decide. Two may be under way."""
+        self._own.append(address)
+        self._view.load_uri(address)
 
     def policy(self, answer, flags):
         flags = int(flags)

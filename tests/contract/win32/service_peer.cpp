@@ -16,6 +16,7 @@
 #include "platform/win32/com.h"
 #include "platform/win32/text.h"
 #include "tests/contract/win32/peer_loop.h"
+#include "tests/contract/win32/service_roles.h"
 #include "tests/support/temporary_folder.h"
 
 namespace peer {
@@ -173,6 +174,7 @@ void RemoveWindowsInstaller() {
 }  // namespace peer
 
 int main(int argc, char** argv) {
+  if (const auto ended = roles::Play()) return *ended;
   testing::InitGoogleTest(&argc, argv);
   platform::EnterApartment();
   const int result = RUN_ALL_TESTS();

@@ -1,0 +1,36 @@
+// What the service cases' own program file does when it is started for another one's sake.
+//
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace roles {
+
+/// Plays the role that the environment names and answers how the process ends; absent without one.
+std::optional<int> Play();
+
+/// While it lives, programs that this one starts play a role.
+class Given {
+ public:
+  explicit Given(const std::string& role);
+  ~Given();
+  Given(const Given&) = delete;
+  Given& operator=(const Given&) = delete;
+};
+
+/// Saves two documents to a path in turns, until somebody ends the process.
+std::string SavingInTurns(const std::string& path);
+inline constexpr const char* kTurns[] = {"<queue><item>1</item></queue>",
+                                         "<queue><item>2</item><item>3</item></queue>"};
+
+/// Sets the event that a handle of this process is, as far as it reaches the other, and then makes
+/// a folder.
+std::string SettingAnEvent(std::uintptr_t handle, const std::string& folderThen);
+
+/// This program file.
+std::string ProgramFile();
+
+}  // namespace roles
