@@ -5,7 +5,7 @@ import subprocess
 
 import scenario
 from catalogue import Voice, catalogue
-from installation import Recorder
+from installation import NOTHING_INHERITED, Recorder
 
 CATALOGUE = catalogue(Voice("7", "Ágnes", "Hungarian", 75_000_000))
 
@@ -56,8 +56,10 @@ class FailedDownload(scenario.Scenario):
         [call] = self.see(lambda: reader.calls, "the fallback command")
         self.assertEqual(str(reader.path), call["program"])
         self.assertEqual(["/voices", "two words", '"quoted"', "", "end\\\\"], call["arguments"])
+        self.assertEqual(NOTHING_INHERITED, call["open"])
         self.answer_message(program)
         self.see_end(program)
+        self.see_nobody_left()
         self.assertEqual(1, len(reader.calls))
 
     def test_a_fallback_command_that_does_not_exist_changes_nothing(self):

@@ -1,6 +1,8 @@
 #!/usr/bin/python3
 # Names in a catalogue that are more than names: they stand in the page as markup, and must neither
 # run, nor lead anywhere, nor change what is queued. SPDX-License-Identifier: MIT
+import xml.etree.ElementTree as ElementTree
+
 import scenario
 from catalogue import Canary, Voice, catalogue
 
@@ -94,7 +96,7 @@ class HostilePage(scenario.Scenario):
 
     def test_an_id_that_would_break_the_queue_leaves_the_earlier_one(self):
         self.installation.queue.write_bytes(b"<queue><item>1</item></queue>")
-        bad = Voice("1<2&3", "Berit", "Norwegian", 135_000_000)
+        bad = Voice("2</item><item>7", "Berit", "Norwegian", 135_000_000)
         self.serve(catalogue(GOOD, bad))
         program = self.start()
         self.see_page(program)
@@ -104,6 +106,62 @@ class HostilePage(scenario.Scenario):
         self.see_end(program)
         self.assertEqual(b"<queue><item>1</item></queue>", self.installation.queue.read_bytes())
         self.see(lambda: self.installation.installer.calls, "the installer program")
+
+    def test_what_is_queued_is_what_was_seen_ticked_whatever_boxes_the_names_bring(self):
+        """One box too many stands for a voice and is ticked, unseen; one is named as the function
+        that finds boxes; and the earlier queue is no list of ids."""
+        self.installation.queue.write_text(
+            """<queue><item>' or '1'='2</item><item>7<b id='7'/>&lt;</item><i><item>7</item></i>"""
+            "<item id='7'>\u202e</item></queue>"
+        )
+        trap = "<input type='checkbox' id='check7' checked hidden><img name='getElementsByTagName'>"
+        line_ends = Voice("40", "Carla\n\u202ealrac", "Spanish", 2_500_000)
+        self.serve(
+            catalogue(
+                GOOD, line_ends, Voice("12", f"Anna{trap}", "Arabic", 60_000_000),
+                Voice("x' or '1'='1", "Dora", "Thai", 60_000_000),
+            )
+        )
+        program = self.start()
+        self.see_page(program)
+        self.assertEqual(["Arabic Anna", GOOD.shown], program.voices()[:2])
+        self.see_ticked(program, "Thai Dora")
+        self.tick(program, "Thai Dora")
+        self.tick(program, program.voices()[2])
+        # By number a box belongs to the voice of the same number; one too many is counted too.
+        self.see(lambda: (program.status() or "").startswith("2 voices,"), "the count")
+        self.press_install(program)
+        self.see_end(program)
+        self.assertEqual(b"<queue><item>40</item></queue>", self.installation.queue.read_bytes())
+
+    def write_hostile_texts(self):
+        """Every text is its key and what would do harm if it were more than a text."""
+        file = self.installation.folder / "VelorVoiceSetup.Language.xml"
+        document = ElementTree.parse(file)
+        harm = f" '\"<b>&amp;</b>\u202e<script>{HARM}</script><img src='{self.canary.address}'>\n%s%n"
+        for item in document.iter("item"):
+            for content in item.findall("content"):
+                content.text = item.findtext("key") + harm
+        document.write(file, encoding="utf-8")
+        return harm.strip()
+
+    def test_texts_of_a_language_file_are_texts(self):
+        harm = self.write_hostile_texts()
+        self.serve(catalogue(GOOD))
+        program = self.start()
+        self.see_page(program)
+        self.assertEqual(f"frmSelect.Caption {harm}", accessible.name(program.window()))
+        self.see_status(program, "")
+        self.tick(program, GOOD.shown)
+        self.see_status(program, f"1 voice, {harm} 75MB")
+        self.assertEqual([GOOD.shown], program.ticked())
+        page = self.installation.page.read_bytes().decode("utf-16")
+        self.assertIn(f">Available Voices {harm}</h2>\r\n", page)
+        self.ask_to_close(program)
+        self.see_message(program, f"Get more voices prompt {harm}")
+        self.answer_message(program)
+        self.see_end(program)
+        self.assertFalse(self.canary.knocked(), "somebody was called over the network")
 
 
 if __name__ == "__main__":

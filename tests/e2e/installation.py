@@ -10,6 +10,8 @@ import shutil
 HERE = pathlib.Path(__file__).resolve().parent
 USER = "tester"
 MAKER = "Velor Software"
+# What a program that ours started has open: its input, output and errors.
+NOTHING_INHERITED = ["/dev/null"] * 3
 
 
 def _demonstration():

@@ -87,7 +87,7 @@ def _children(process_id):
 class Program:
     """The running program, and its window as assistive technology sees it."""
 
-    def __init__(self, installation, arguments, log):
+    def __init__(self, installation, arguments, log, changes):
         self.log = log
         self.expected_end = 0
         environment = dict(
@@ -104,6 +104,8 @@ class Program:
         environment["ASAN_OPTIONS"] = ":".join(
             [asan, "fast_unwind_on_malloc=0", "malloc_context_size=8", "intercept_tls_get_addr=0"]
         )
+        environment.update(changes)
+        environment = {name: value for name, value in environment.items() if value is not None}
         with open(log, "wb") as output:
             self.process = subprocess.Popen(
                 [installation.program, *arguments],
@@ -253,9 +255,10 @@ class Scenario(unittest.TestCase):
         self.addCleanup(server.stop)
         return server
 
-    def start(self, *arguments, installation=None):
+    def start(self, *arguments, installation=None, **environment):
+        """With these variables changed, or taken away where they are None."""
         log = self.folder / f"program-{len(self.programs)}.log"
-        program = Program(installation or self.installation, arguments, log)
+        program = Program(installation or self.installation, arguments, log, environment)
         self.programs.append(program)
         return program
 
@@ -281,6 +284,9 @@ class Scenario(unittest.TestCase):
             self.see_end(program)
             self.assertEqual([], program.complaints(), "what the program complained about")
             self.assertEqual(program.expected_end, program.process.returncode)
+        self.see_nobody_left()
+
+    def see_nobody_left(self):
         self.see(_nobody_left, "the end of every process that the test started")
 
     def see_page(self, program):
