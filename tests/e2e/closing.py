@@ -1,11 +1,15 @@
 #!/usr/bin/python3
 # Closing the window at the different times of its life. SPDX-License-Identifier: MIT
+import time
+
 import scenario
 from catalogue import Voice, catalogue
 
 import accessible
+import desktop
 
 CATALOGUE = catalogue(Voice("7", "Ágnes", "Hungarian", 75_000_000))
+CLOSED_AFTER_SECONDS = (0, 0.05, 0.15, 0.3)
 
 
 class Closing(scenario.Scenario):
@@ -66,6 +70,30 @@ class Closing(scenario.Scenario):
         self.see_message(program, scenario.PROMPT)
         self.answer_message(program)
         self.see_end(program)
+
+    def test_closing_at_any_moment_of_the_start_ends_it(self):
+        """The catalogue comes meanwhile, or has come, or not yet."""
+        self.serve(CATALOGUE)
+        for moment in CLOSED_AFTER_SECONDS:
+            program = self.start()
+            self.window_number(program)
+            time.sleep(moment)
+            self.close_with_prompt(program)
+
+    def test_closing_at_any_moment_of_a_start_that_fails_ends_it(self):
+        """With the window that is there: the program's, or a message."""
+        self.serve(CATALOGUE, fail="cut-short")
+        for moment in CLOSED_AFTER_SECONDS:
+            program = self.start()
+            self.window_number(program)
+            time.sleep(moment)
+
+            def close():
+                for window in desktop.windows_of(program.process.pid):
+                    desktop.ask_to_close(window, gone_is_good=True)
+                return program.ended
+
+            self.see(close, "the end of the program")
 
 
 if __name__ == "__main__":

@@ -52,6 +52,20 @@ TEST_F(FilesOnLinux, AreNotHeldUpByAPipe) {
   EXPECT_NE(document.ParseErrorCode(), 0);
 }
 
+TEST_F(FilesOnLinux, AreNoDocumentsWhereTheyAreSomethingElse) {
+  peer::WriteFile(In("empty"), "");
+  peer::WriteFile(In("bytes"), std::string("\0\xFF<\x01/>", 6));
+  peer::MakeFolder(In("folder"));
+  std::filesystem::create_symlink("circle", Native("circle"));
+  std::filesystem::create_symlink("/dev/zero", Native("device"));
+  for (const char* name : {"empty", "bytes", "folder", "circle", "device"}) {
+    platform::XmlDocument document;
+    document.Load(In(name));
+    EXPECT_TRUE(peer::RunUntil([&] { return document.ReadyState() == 4; })) << name;
+    EXPECT_NE(document.ParseErrorCode(), 0) << name;
+  }
+}
+
 TEST_F(FilesOnLinux, AreLoadedAndSavedInAnotherLetterCase) {
   peer::WriteFile(In("Queue.xml"), "<queue/>");
   platform::XmlDocument document;
