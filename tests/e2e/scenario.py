@@ -38,6 +38,10 @@ COMPLAINT = re.compile(
     re.MULTILINE,
 )
 PR_SET_CHILD_SUBREAPER = 36
+# A command that the program is started by, such as scripts/valgrind gives, and how many times as long
+# everything takes with it.
+WRAPPER = os.environ.get("VELOR_WRAPPER", "").split()
+PATIENCE = int(os.environ.get("VELOR_PATIENCE", "1"))
 
 
 class Build:
@@ -108,7 +112,7 @@ class Program:
         environment = {name: value for name, value in environment.items() if value is not None}
         with open(log, "wb") as output:
             self.process = subprocess.Popen(
-                [installation.program, *arguments],
+                [*WRAPPER, installation.program, *arguments],
                 # Not the program's own folder: where it is started from must not matter.
                 cwd="/",
                 env=environment,
@@ -276,7 +280,7 @@ class Scenario(unittest.TestCase):
     # -- seeing, each with a deadline, and doing
 
     def see(self, condition, what, seconds=20):
-        return accessible.wait_for(condition, what, seconds)
+        return accessible.wait_for(condition, what, seconds * PATIENCE)
 
     def see_good_end(self):
         """Each test ends its programs itself."""

@@ -58,8 +58,7 @@ build = Build()
 
 class Program:
     def __init__(self, prefix, words, environment):
-        self.process = prefix.start(r"C:\Program Files\Velor Software\Velor Voice Setup"
-                                    r"\VelorVoiceSetup.exe", *words,
+        self.process = prefix.start(prefix.on_drive(prefix.program), *words,
                                     # Not the program's own folder: that must not matter.
                                     cwd="/", env=environment)
 
@@ -110,9 +109,7 @@ class Scenario(unittest.TestCase):
         self.prefix = Prefix(self.folder / "prefix", self.original)
         self.prefix.trust(build.authority)
         self.prefix.use_control(build.control)
-        self.prefix.install_program(build.program)
-        self.installer = self.add_recorder(self.prefix.installer)
-        self.choose_language("en")
+        self.install_program()
         self.programs = []
         self.page = PageHost()
         self.addCleanup(self.page.end)
@@ -123,6 +120,11 @@ class Scenario(unittest.TestCase):
         self.addCleanup(self.prefix.end)
 
     # -- the world around the program
+
+    def install_program(self):
+        self.prefix.install_program(build.program)
+        self.installer = self.add_recorder(self.prefix.installer)
+        self.choose_language("en")
 
     def choose_language(self, language):
         """In the program's own settings."""
@@ -230,6 +232,5 @@ class Scenario(unittest.TestCase):
     def see_installer(self):
         """It was started once, in its own folder, without arguments."""
         [(folder, line)] = self.see(lambda: self.calls(self.installer), "the installer program")
-        expected = r"C:\Program Files\Velor Software\Velor Voice Setup"
-        self.assertEqual(expected, folder.rstrip("\\"))
-        self.assertEqual(f'"{expected}\\VelorVoiceInstaller.exe"', line.strip())
+        self.assertEqual(self.prefix.on_drive(self.prefix.program_folder), folder.rstrip("\\"))
+        self.assertEqual(f'"{self.prefix.on_drive(self.installer)}"', line.strip())

@@ -73,9 +73,7 @@ class Prefix:
         self.queue = self.data / "queue.xml"
         self.products = self.data / "products.xml"
         self.page = self.roaming / MAKER / "VelorVoiceSetup" / "index.htm"
-        self.program_folder = self.drive / "Program Files" / MAKER / "Velor Voice Setup"
-        self.program = self.program_folder / PROGRAM_NAME
-        self.installer = self.program_folder / "VelorVoiceInstaller.exe"
+        self.use_program_folder(self.drive / "Program Files" / MAKER / "Velor Voice Setup")
         self.environment = dict(
             os.environ,
             WINEPREFIX=str(folder),
@@ -84,6 +82,11 @@ class Prefix:
             WINEDLLOVERRIDES="winemenubuilder.exe=d",
             LC_ALL="C.UTF-8",
         )
+
+    def use_program_folder(self, folder):
+        self.program_folder = folder
+        self.program = folder / PROGRAM_NAME
+        self.installer = folder / "VelorVoiceInstaller.exe"
 
     @staticmethod
     def original(build):
@@ -123,8 +126,12 @@ class Prefix:
     def use_control(self, library):
         self.add_to_registry(machine=_control_key(library))
 
+    def on_drive(self, path):
+        """As programs of the prefix write it."""
+        return "C:\\" + str(path.relative_to(self.drive)).replace("/", "\\")
+
     def install_program(self, program):
-        self.data.mkdir(parents=True)
+        self.data.mkdir(parents=True, exist_ok=True)
         self.program_folder.mkdir(parents=True)
         shutil.copy2(program, self.program)
         for name in ASSET_FILES:

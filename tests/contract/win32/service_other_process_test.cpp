@@ -6,6 +6,7 @@
 
 #include <random>
 #include <set>
+#include <vector>
 
 #include "core/attempt.h"
 #include "platform/files.h"
@@ -89,6 +90,50 @@ TEST_F(Saving, KeepsTheEarlierFileThatSomebodyReads) {
   EXPECT_ANY_THROW(document.Save(In("queue.xml")));
   EXPECT_EQ(peer::FileBytes(In("queue.xml")), "earlier");
   EXPECT_EQ(peer::CountIn(peer::Folder()), 1u);
+}
+
+class Instances : public ServiceCase {
+ protected:
+  ~Instances() override { EndAll(); }
+
+  void Start(int count) {
+    for (int i = 0; i < count; ++i) mProcesses.push_back(::Start(FALSE));
+  }
+
+  /// However much they had done.
+  void EndAll() {
+    for (const FileHandle& process : mProcesses) {
+      TerminateProcess(process.Get(), 1);
+      WaitForSingleObject(process.Get(), INFINITE);
+    }
+    mProcesses.clear();
+  }
+
+  const std::string mFolder = In("instances");
+  const roles::Given mRole{roles::AskingWhoIsFirst(mFolder)};
+
+ private:
+  std::vector<FileHandle> mProcesses;
+};
+
+TEST_F(Instances, OfThirtySimultaneousStartsExactlyOneIsTheFirst) {
+  constexpr int kMany = 30;
+  peer::MakeFolder(mFolder);
+  Start(kMany);
+  // A second one that is the first too would make no folder of its own.
+  EXPECT_TRUE(peer::RunUntil([&] { return peer::CountIn(mFolder) == kMany; }));
+  EXPECT_TRUE(peer::IsFolder(mFolder + "\\first"));
+}
+
+TEST_F(Instances, OneThatIsEndedAtAnyMomentLeavesNoMark) {
+  for (const int moment : {0, 10, 30, 60, 100}) {
+    Start(1);
+    peer::RunUntil([] { return false; }, milliseconds(moment));
+    EndAll();
+  }
+  peer::MakeFolder(mFolder);
+  Start(1);
+  EXPECT_TRUE(peer::RunUntil([&] { return peer::IsFolder(mFolder + "\\first"); }));
 }
 
 using Starting = ServiceCase;

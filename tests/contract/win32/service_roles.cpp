@@ -23,6 +23,7 @@ using platform::WideText;
 constexpr const wchar_t* kVariable = L"VELOR_TEST_ROLE";
 constexpr const char* kSaving = "save";
 constexpr const char* kSetting = "set";
+constexpr const char* kAsking = "ask";
 // Stands in no path.
 constexpr const char* kBetween = "|";
 
@@ -50,13 +51,27 @@ void SetWhatIsReached(const std::string& handle, const std::string& folderThen) 
   platform::CreateFolder(folderThen);
 }
 
+void AskWhoIsFirst(const std::string& folder) {
+  if (platform::IsPreviousInstanceRunning()) {
+    platform::CreateFolder(folder + "\\second-" + std::to_string(GetCurrentProcessId()));
+    return;
+  }
+  platform::CreateFolder(folder + "\\first");
+  Sleep(INFINITE);
+}
+
 }  // namespace
 
 std::optional<int> Play() {
   const std::vector<std::string> role = core::Split(RoleGiven(), kBetween);
   if (role.front() == kSaving) SaveInTurns(role.at(1));
-  if (role.front() != kSetting) return std::nullopt;
-  SetWhatIsReached(role.at(1), role.at(2));
+  if (role.front() == kSetting) {
+    SetWhatIsReached(role.at(1), role.at(2));
+  } else if (role.front() == kAsking) {
+    AskWhoIsFirst(role.at(1));
+  } else {
+    return std::nullopt;
+  }
   return 0;
 }
 
@@ -71,6 +86,8 @@ std::string SavingInTurns(const std::string& path) { return kSaving + (kBetween 
 std::string SettingAnEvent(std::uintptr_t handle, const std::string& folderThen) {
   return kSetting + (kBetween + std::to_string(handle)) + kBetween + folderThen;
 }
+
+std::string AskingWhoIsFirst(const std::string& folder) { return kAsking + (kBetween + folder); }
 
 std::string ProgramFile() {
   return platform::ProgramFolder() + "\\" + platform::ProgramName() + ".exe";

@@ -30,6 +30,10 @@ inline constexpr const char* kTurns[] = {"<queue><item>1</item></queue>",
 /// a folder.
 std::string SettingAnEvent(std::uintptr_t handle, const std::string& folderThen);
 
+/// Makes a folder "first" where it is the running instance, and stays; otherwise one whose name
+/// begins with "second".
+std::string AskingWhoIsFirst(const std::string& folder);
+
 /// This program file.
 std::string ProgramFile();
 
