@@ -8,47 +8,29 @@ import os
 import pathlib
 import subprocess
 import sys
-import time
 import xml.etree.ElementTree as ElementTree
 
 HERE = pathlib.Path(__file__).resolve().parent
 sys.path.insert(0, str(HERE.parent / "tests" / "support"))
 
 import accessible  # noqa: E402  (found through the line above)
+from pictures import Camera  # noqa: E402
 
 TITLE = "Velor Voice Setup"
 WAIT_PAGE = "Velor Voice Setup"
 VOICES_PAGE = "Downloads"
 INSTALLER_TITLE = "Velor Voice Installer (stand-in)"
-PICTURE_SECONDS = 5
-
-
-def grab():
-    """The whole display as bytes of a PNM picture."""
-    command = ["import", "-silent", "-window", "root", "-depth", "8", "ppm:-"]
-    return subprocess.run(command, check=True, stdout=subprocess.PIPE).stdout
 
 
 class Pictures:
     def __init__(self, folder):
         self.folder = folder
-        folder.mkdir(parents=True, exist_ok=True)
+        self._camera = Camera()
 
     def take(self, name, moving=False):
-        """One picture, when two in a row are alike: then everything is painted. Of something that
-        moves, when two in a row differ: then it does move."""
-        deadline = time.monotonic() + PICTURE_SECONDS
-        last = grab()
-        while True:
-            now = grab()
-            if (now != last) == moving:
-                break
-            if time.monotonic() >= deadline:
-                print(f"visit: {name}: {'nothing moved' if moving else 'never came to rest'}")
-                break
-            last = now
         file = self.folder / f"{name}.png"
-        subprocess.run(["convert", "ppm:-", str(file)], input=now, check=True)
+        if not self._camera.take(file, moving):
+            print(f"visit: {name}: {'nothing moved' if moving else 'never came to rest'}")
         print(f"picture: {file}", flush=True)
 
 

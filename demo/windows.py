@@ -4,13 +4,10 @@
 # SPDX-License-Identifier: MIT
 """Called by demo/run-windows."""
 import argparse
-import importlib.machinery
-import importlib.util
 import pathlib
 import shutil
 import subprocess
 import sys
-import time
 import xml.etree.ElementTree as ElementTree
 
 HERE = pathlib.Path(__file__).resolve().parent
@@ -19,18 +16,11 @@ sys.path[:0] = [str(ROOT / "tests" / "e2e_win32"), str(ROOT / "tests" / "e2e")]
 
 import desktop  # noqa: E402  (found through the lines above)
 from catalogue import port_for_oneself  # noqa: E402
+from installation import demonstration  # noqa: E402
+from pictures import Camera  # noqa: E402
 from wine import PageHost, Prefix, Probe, wait_for  # noqa: E402
 
 VOICE = "Danish Søren"
-ALL_USERS, THIS_USER = "S-1-5-18", "S-1-5-21-0-0-0-1000"
-
-
-def demonstration():
-    """demo/prepare, which is a command and therefore has no ending."""
-    loader = importlib.machinery.SourceFileLoader("prepare", str(HERE / "prepare"))
-    module = importlib.util.module_from_spec(importlib.util.spec_from_loader("prepare", loader))
-    loader.exec_module(module)
-    return module
 
 
 def server_settings(build):
@@ -43,7 +33,6 @@ def server_settings(build):
 
 
 def prepare(options, authority):
-    prepare = demonstration()
     prefix = Prefix(options.folder / "prefix", Prefix.original(options.build))
     helpers = options.build / "tests" / "e2e_win32"
     prefix.trust(authority)
@@ -51,22 +40,13 @@ def prepare(options, authority):
     prefix.install_program(options.build / "VelorVoiceSetupLocal.exe")
     shutil.copy2(HERE / "installer" / "VelorVoiceInstaller.exe", prefix.installer)
     languages = [options.language]
-    prepare.write_sibling(prefix.drive / "Program Files", prefix.roaming, languages)
+    demonstration.write_sibling(prefix.drive / "Program Files", prefix.roaming, languages)
     if not options.nothing_installed:
-        products = prepare.product_codes(HERE / "voices.xml")
-        for_all, all_properties = prepare.installed_keys(
-            products, prepare.INSTALLED_FOR_ALL, r"Software\\Classes\\Installer\\Products", ALL_USERS
-        )
-        for_user, user_properties = prepare.installed_keys(
-            products, prepare.INSTALLED_FOR_USER, r"Software\\Microsoft\\Installer\\Products", THIS_USER
-        )
-        prefix.add_to_registry(for_all + all_properties + user_properties, for_user)
-    dots = f'[Control Panel\\\\Desktop] 1700000000\n"LogPixels"=dword:{options.dpi:08x}\n\n'
-    prefix.add_to_registry(user=dots)
+        products = demonstration.product_codes(HERE / "voices.xml")
+        prefix.add_to_registry(*demonstration.keys_of_installed_voices(products))
+    prefix.use_density(options.dpi)
     if not options.visit:
-        # The person's window manager has the windows.
-        managed = '[Software\\\\Wine\\\\X11 Driver] 1700000000\n"Managed"="Y"\n\n'
-        prefix.add_to_registry(user=managed)
+        prefix.use_window_manager()
     return prefix
 
 
@@ -84,28 +64,18 @@ def start_server(port, authority, delay):
     return server
 
 
-def grab():
-    """The whole display as bytes of a PNM picture."""
-    command = ["import", "-silent", "-window", "root", "-depth", "8", "ppm:-"]
-    return subprocess.run(command, check=True, stdout=subprocess.PIPE).stdout
-
-
-def take_picture(file):
-    """When two in a row are alike: then everything is painted. What moves is taken as it is."""
-    deadline = time.monotonic() + 3
-    last = grab()
-    while (now := grab()) != last and time.monotonic() < deadline:
-        last = now
-    file.parent.mkdir(parents=True, exist_ok=True)
-    subprocess.run(["convert", "ppm:-", "-trim", "+repage", str(file)], input=now, check=True)
-    print(f"picture: {file}", flush=True)
-
-
 class Visit:
     """What a person does, one step after the other; fails unless the files were really written."""
 
     def __init__(self, prefix, page, probe, pictures):
         self.prefix, self.page, self.probe, self.pictures = prefix, page, probe, pictures
+        self._camera = Camera()
+
+    def take_picture(self, name):
+        """What moves is taken as it is."""
+        file = self.pictures / f"{name}.png"
+        self._camera.take(file)
+        print(f"picture: {file}", flush=True)
 
     def status(self):
         label = self.probe.control("lblStatus")
@@ -118,7 +88,7 @@ class Visit:
     def make(self, process):
         wait_for(lambda: self.probe.form() and self.page.title(), "the wait page", 60)
         loading = self.status()
-        take_picture(self.pictures / "1-waiting.png")
+        self.take_picture("1-waiting")
         wait_for(self.page.boxes, "the voices page", 60)
         offered = self.page.voices()
         print(f"voices: {len(offered)} offered, {len(self.page.boxes()) - len(offered)} installed already")
@@ -127,20 +97,20 @@ class Visit:
             lambda: self.count() == before and self.status() != loading,
             "the status line to count what is ticked",
         )
-        take_picture(self.pictures / "2-voices.png")
+        self.take_picture("2-voices")
         x, y = self.page.place("label", VOICE)
         [window] = self.probe.form().of_kind("Internet Explorer_Server")
         self.probe.ask("click", window.number, x, y)
         wait_for(lambda: self.count() == before + 1, "one voice more in the status line")
         print(f"status line: {self.status()}")
-        take_picture(self.pictures / "3-ticked.png")
+        self.take_picture("3-ticked")
         self.probe.ask("press", self.probe.control("cmdInstall").number)
         process.wait(timeout=30)
         report = self.prefix.data / "installer-report.txt"
         wait_for(report.exists, "the stand-in installer's report", 30)
         found = ("search", "--onlyvisible", "--name", "Velor Voice Installer")
         wait_for(lambda: desktop.xdotool(*found), "the stand-in installer's window")
-        take_picture(self.pictures / "4-installer.png")
+        self.take_picture("4-installer")
         self.check_files()
 
     def check_files(self):

@@ -130,6 +130,16 @@ class Prefix:
         """As programs of the prefix write it."""
         return "C:\\" + str(path.relative_to(self.drive)).replace("/", "\\")
 
+    def use_density(self, dots):
+        """How many of the screen's pixels are an inch; 96 is usual."""
+        key = "[Control Panel\\\\Desktop] 1700000000\n"
+        self.add_to_registry(user=f'{key}"LogPixels"=dword:{dots:08x}\n\n')
+
+    def use_window_manager(self):
+        """It draws the frames and says where windows appear, as on a desktop."""
+        key = "[Software\\\\Wine\\\\X11 Driver] 1700000000\n"
+        self.add_to_registry(user=f'{key}"Managed"="Y"\n\n')
+
     def install_program(self, program):
         self.data.mkdir(parents=True, exist_ok=True)
         self.program_folder.mkdir(parents=True)
