@@ -46,11 +46,15 @@ class TextControl : public Control::Impl {
   void DpiChanged() override { UseFont(); }
 
  protected:
+  virtual FontHandle FittingFont() const { return MakeFont(mFont, DpiOf(Window())); }
+
   void UseFont() {
-    FontHandle handle = MakeFont(mFont, DpiOf(Window()));
+    FontHandle handle = FittingFont();
     SendMessageW(Window(), WM_SETFONT, reinterpret_cast<WPARAM>(handle.get()), TRUE);
     mHandle = std::move(handle);  // the old one goes only now that nobody uses it
   }
+
+  const std::optional<Font>& WantedFont() const { return mFont; }
 
   void ChangeStyle(int which, LONG_PTR mask, LONG_PTR bits) {
     SetWindowLongPtrW(Window(), which, (GetWindowLongPtrW(Window(), which) & ~mask) | bits);
@@ -63,6 +67,23 @@ class TextControl : public Control::Impl {
   FontHandle mHandle;
 };
 
+// Percents of the system's size.
+constexpr int kSmallestText = 75;
+constexpr int kTextStep = 5;
+// What the edges of a button take on each side, in the pixels of a usual screen.
+constexpr int kButtonEdge = 5;
+
+/// How wide a button writes a caption: its mnemonic's mark has no width.
+int WidthOf(const std::string& caption, HFONT font, HWND window) {
+  const HDC screen = GetDC(window);
+  const HGDIOBJ before = SelectObject(screen, font);
+  RECT place = {};
+  DrawTextW(screen, WideText(caption).c_str(), -1, &place, DT_CALCRECT | DT_SINGLELINE);
+  SelectObject(screen, before);
+  ReleaseDC(window, screen);
+  return place.right;
+}
+
 class CommandButton : public TextControl {
  public:
   CommandButton(HWND form, const std::string& name) : TextControl("CommandButton", name) {
@@ -70,6 +91,10 @@ class CommandButton : public TextControl {
     UseFont();
   }
 
+  void SetCaption(const std::string& caption) override {
+    TextControl::SetCaption(caption);
+    UseFont();
+  }
   void OnClick(std::function<void()> handler) override { mHandler = std::move(handler); }
   void Pressed() override {
     // A copy: the handler may end the form, and this control's handler with it.
@@ -81,6 +106,20 @@ class CommandButton : public TextControl {
   }
 
  private:
+  /// The button keeps its size in every language, so a long word is written a little smaller; only
+  /// one that would become hard to read is cut.
+  FontHandle FittingFont() const override {
+    const int dpi = DpiOf(Window());
+    const int room =
+        PixelsOf(Where().width, dpi) - 2 * MulDiv(kButtonEdge, dpi, USER_DEFAULT_SCREEN_DPI);
+    // Measured each time, since letters have whole pixels.
+    for (int percents = 100;; percents -= kTextStep) {
+      FontHandle font = MakeFont(WantedFont(), dpi, percents);
+      const bool fits = WidthOf(Caption(), font.get(), Window()) <= room;
+      if (fits || percents <= kSmallestText) return font;
+    }
+  }
+
   std::function<void()> mHandler;
 };
 

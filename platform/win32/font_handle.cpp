@@ -41,8 +41,9 @@ LOGFONTW Described(const Font& font, int dpi) {
 
 }  // namespace
 
-FontHandle MakeFont(const std::optional<Font>& font, int dpi) {
-  const LOGFONTW description = font ? Described(*font, dpi) : SystemFont(dpi);
+FontHandle MakeFont(const std::optional<Font>& font, int dpi, int percents) {
+  LOGFONTW description = font ? Described(*font, dpi) : SystemFont(dpi);
+  description.lfHeight = MulDiv(description.lfHeight, percents, 100);
   FontHandle handle(CreateFontIndirectW(&description));
   if (!handle) throw std::runtime_error("the font cannot be made");
   return handle;

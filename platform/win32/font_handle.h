@@ -19,7 +19,7 @@ struct DeleteFont {
 using FontHandle = std::unique_ptr<std::remove_pointer_t<HFONT>, DeleteFont>;
 
 /// The font at this density, in the system's size; the system's own where `font` is absent or
-/// names a face that is not installed.
-FontHandle MakeFont(const std::optional<Font>& font, int dpi);
+/// names a face that is not installed. `percents` makes it smaller than that size.
+FontHandle MakeFont(const std::optional<Font>& font, int dpi, int percents = 100);
 
 }  // namespace platform

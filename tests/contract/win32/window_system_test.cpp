@@ -4,6 +4,8 @@
 // SPDX-License-Identifier: MIT
 #include <windows.h>
 
+#include <cstdlib>
+
 #include "core/attempt.h"
 #include "platform/program.h"
 #include "platform/shell.h"
@@ -109,6 +111,27 @@ TEST_F(SystemWindow, GivesTheFocusBackWhenItIsActiveAgain) {
   ASSERT_TRUE(peer::RunUntil([] { return GetActiveWindow() == WindowOf("other"); }));
   SetForegroundWindow(WindowOf("form"));
   EXPECT_TRUE(WaitForFocus("second"));
+}
+
+int LetterHeight(HWND window) {
+  LOGFONTW font = {};
+  GetObjectW(reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0)), sizeof font, &font);
+  return std::abs(font.lfHeight);
+}
+
+TEST_F(SystemWindow, WritesALongCaptionSmallerAndNeverSoSmallThatItIsHardToRead) {
+  const int usual = LetterHeight(Button("label"));
+  second.SetCaption("Install");
+  EXPECT_EQ(LetterHeight(Button("second")), usual);
+  second.SetCaption("Install the voices");
+  const int smaller = LetterHeight(Button("second"));
+  EXPECT_LT(smaller, usual);
+  second.SetCaption("A caption that is far too long for so small a button");
+  const int smallest = LetterHeight(Button("second"));
+  EXPECT_LE(smallest, smaller);
+  EXPECT_NEAR(smallest, usual * 0.75, 0.5);
+  second.SetCaption("Install");
+  EXPECT_EQ(LetterHeight(Button("second")), usual);
 }
 
 TEST_F(SystemWindow, KeepsItsLayoutOnAScreenOfAnotherDensity) {
