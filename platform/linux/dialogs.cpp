@@ -20,14 +20,23 @@ void SetDirection(GtkWidget* widget, gpointer direction) {
     gtk_container_forall(GTK_CONTAINER(widget), SetDirection, direction);
 }
 
-/// GTK 3 has message types and shows no icon for any of them.
+/// Between icon, text and edges.
+constexpr int kGap = 18;
+
+/// GTK 3 has message types and shows no icon for any of them. What it leaves around the text is
+/// meant for a headline above it, so a text alone would stick to the title.
 void AddIcon(GtkMessageDialog* dialog) {
   GtkWidget* const icon = gtk_image_new_from_icon_name("dialog-warning", GTK_ICON_SIZE_DIALOG);
-  gtk_widget_set_valign(icon, GTK_ALIGN_START);
+  gtk_widget_set_valign(icon, GTK_ALIGN_CENTER);
   gtk_widget_show(icon);
-  GtkWidget* const row = gtk_widget_get_parent(gtk_message_dialog_get_message_area(dialog));
+  GtkWidget* const texts = gtk_message_dialog_get_message_area(dialog);
+  gtk_widget_set_valign(texts, GTK_ALIGN_CENTER);
+  GtkWidget* const row = gtk_widget_get_parent(texts);
   gtk_container_add(GTK_CONTAINER(row), icon);
   gtk_box_reorder_child(GTK_BOX(row), icon, 0);
+  gtk_box_set_spacing(GTK_BOX(row), kGap);
+  // Below there is room enough, before the button.
+  g_object_set(row, "margin-start", kGap, "margin-end", kGap, "margin-top", kGap, nullptr);
 }
 
 }  // namespace
