@@ -12,20 +12,32 @@ foreach(width 100 125 150 175 200 225 250 275 300)
          "${width} RCDATA \"${CMAKE_CURRENT_BINARY_DIR}/logo-${width}.png\"\n")
 endforeach()
 
-# The smallest has a drawing of its own: five bars do not fit into sixteen pixels.
+# Small, large and taskbar icons at 96 to 288 dots to the inch, so that Windows scales none of them.
+# The smallest have drawings of their own: five bars do not fit into so few pixels.
 velor_bitmap(icon-small.svg icon-16.png 16)
-set(icons "${CMAKE_CURRENT_BINARY_DIR}/icon-16.png")
-foreach(size 20 24 32 40 48 64 256)
+velor_bitmap(icon-small-20.svg icon-20.png 20)
+set(sizes 24 30 32 36 40 48 60 64 72 80 96 256)
+foreach(size ${sizes})
   velor_bitmap(icon.svg icon-${size}.png ${size})
-  list(APPEND icons "${CMAKE_CURRENT_BINARY_DIR}/icon-${size}.png")
 endforeach()
-# The largest is kept as it is: as an uncompressed bitmap it alone would have 256 KB.
-list(POP_BACK icons largest)
+# The larger ones are kept as they are: as uncompressed bitmaps they would have 400 KB.
+set(icons "")
+set(bitmaps "")
+set(pictures "")
+foreach(size 16 20 ${sizes})
+  set(file "${CMAKE_CURRENT_BINARY_DIR}/icon-${size}.png")
+  list(APPEND icons "${file}")
+  if(size LESS 60)
+    list(APPEND bitmaps "${file}")
+  else()
+    list(APPEND pictures "--raw=${file}")
+  endif()
+endforeach()
 set(icon "${CMAKE_CURRENT_BINARY_DIR}/VelorVoiceSetup.ico")
 add_custom_command(
   OUTPUT "${icon}"
-  COMMAND "${ICOTOOL}" --create "--output=${icon}" ${icons} "--raw=${largest}"
-  DEPENDS ${icons} "${largest}"
+  COMMAND "${ICOTOOL}" --create "--output=${icon}" ${bitmaps} ${pictures}
+  DEPENDS ${icons}
   VERBATIM)
 
 set(VELOR_ICON "${icon}")
