@@ -102,6 +102,8 @@ void frmSelect::Form_Initialize() { modXPStyle::InitCommonControlsXP(); }
 
 void frmSelect::Form_Load() {
   Attempt([&] { modI18N2::TranslateForm(mForm, 0); });
+  // The wait page has no words of its own; who cannot see it hears what the status line says.
+  Attempt([&] { webOptions.SetBusyText(mControls.lblStatus.Caption()); });
   Attempt([&] { mOfferedVoices.clear(); });
   Attempt([&] { webOptions.Navigate(modPath::GetAppFolder() + "\\wait.htm"); });
   Attempt([&] { StartLoadingCatalogue(); });

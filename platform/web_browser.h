@@ -26,6 +26,10 @@ struct InputState {
 using PageInputs = std::optional<std::vector<InputState>>;
 
 /// The browser side of a control of kind "WebBrowser".
+///
+/// Where a row of a table has a box and a label, the label's text is the box's name for assistive
+/// technology, and a click on it reaches no box of another row; also where several boxes have one
+/// id, or none. The ids that ReadInputs answers stay as they are written.
 class WebBrowser {
  public:
   /// Throws std::logic_error for a control of another kind.
@@ -41,6 +45,10 @@ class WebBrowser {
   /// Asked before every navigation, the host's own included, with the address as the browser spells
   /// it; true cancels. The address of a local file may be spelt as path or as file: URL.
   void OnBeforeNavigate(std::function<bool(const std::string& address)> handler);
+
+  /// What assistive technology calls the element with the id "busy" in pages that have one, from the
+  /// next navigation on: a file of no language says in pictures alone that something is under way.
+  void SetBusyText(const std::string& text);
 
   /// Asks for the live state of the page's INPUT elements. The answer comes exactly once, from
   /// inside the call or from the event loop, unless this object has gone by then: then never.

@@ -88,6 +88,8 @@ void WebBrowser::OnBeforeNavigate(std::function<bool(const std::string& address)
   mImpl->control->SetBeforeNavigate(std::move(handler));
 }
 
+void WebBrowser::SetBusyText(const std::string& text) { mImpl->control->SetBusyText(text); }
+
 void WebBrowser::ReadInputs(std::function<void(const PageInputs&)> answer) {
   if (!mImpl->control->Lives()) return answer(std::nullopt);
   webkit_web_view_evaluate_javascript(mImpl->control->View(), kReadInputs, -1, kHostWorld, nullptr,

@@ -10,6 +10,8 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/linux/page_description.h"
+
 namespace platform {
 namespace {
 
@@ -110,7 +112,10 @@ WebViewControl::WebViewControl(const std::string& name) : Impl("WebBrowser", nam
       [](WebKitDownload* download) { webkit_download_cancel(download); }));
   mConnections.push_back(
       Connect<void(WebKitLoadEvent)>(Widget(), "load-changed", [this](WebKitLoadEvent event) {
-        if (event == WEBKIT_LOAD_FINISHED) gtk_widget_grab_focus(Widget());
+        if (event != WEBKIT_LOAD_FINISHED) return;
+        // First, so that a screen reader meets the right names when the focus comes.
+        DescribePage(View(), mBusyText);
+        gtk_widget_grab_focus(Widget());
       }));
 }
 

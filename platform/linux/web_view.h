@@ -29,12 +29,14 @@ class WebViewControl : public Control::Impl {
 
   /// Asked before every navigation; true cancels.
   void SetBeforeNavigate(std::function<bool(const std::string&)> handler);
+  void SetBusyText(const std::string& text) { mBusyText = text; }
 
  private:
   bool DecidePolicy(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type);
   bool IsRefused(WebKitNavigationAction* action);
 
   std::function<bool(const std::string&)> mBeforeNavigate;
+  std::string mBusyText;
   std::vector<SignalConnection> mConnections;
 };
 

@@ -44,6 +44,16 @@ void GetMember(const ComPtr<IDispatch>& object, const wchar_t* member,
                        &wrongArgument));
 }
 
+void PutMember(const ComPtr<IDispatch>& object, const wchar_t* member, const VARIANT& value) {
+  VARIANT argument = value;  // stays the caller's
+  DISPID put = DISPID_PROPERTYPUT;
+  DISPPARAMS parameters = {&argument, &put, 1, 1};
+  Exception exception;
+  UINT wrongArgument = 0;
+  Check(object->Invoke(MemberOf(object, member), IID_NULL, LOCALE_INVARIANT, DISPATCH_PROPERTYPUT,
+                       &parameters, nullptr, &exception, &wrongArgument));
+}
+
 ComPtr<IDispatch> MemberObject(const ComPtr<IDispatch>& object, const wchar_t* member,
                                const std::vector<const VARIANT*>& arguments) {
   Variant answer;

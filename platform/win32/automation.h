@@ -17,7 +17,10 @@ namespace platform {
 void GetMember(const ComPtr<IDispatch>& object, const wchar_t* member,
                const std::vector<const VARIANT*>& arguments, Variant& answer);
 
-/// The same for a member that answers an object; throws where it answers none.
+/// Writes a property. Throws as GetMember does.
+void PutMember(const ComPtr<IDispatch>& object, const wchar_t* member, const VARIANT& value);
+
+/// The same as GetMember for a member that answers an object; throws where it answers none.
 ComPtr<IDispatch> MemberObject(const ComPtr<IDispatch>& object, const wchar_t* member,
                                const std::vector<const VARIANT*>& arguments = {});
 

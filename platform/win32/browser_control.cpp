@@ -13,6 +13,7 @@
 #include "core/attempt.h"
 #include "core/text.h"
 #include "platform/win32/dpi.h"
+#include "platform/win32/page_description.h"
 
 namespace platform {
 namespace {
@@ -199,6 +200,7 @@ bool BrowserControl::IsRefused(const std::string& address) {
 }
 
 void BrowserControl::PageShown() {
+  core::Attempt([&] { DescribePage(Document(), mBusyText); });
   if (DpiOf(Window()) != SystemDpi()) Scale();
   if (GetActiveWindow() == GetAncestor(Window(), GA_ROOT)) EnterPage(nullptr);
 }

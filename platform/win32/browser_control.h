@@ -28,6 +28,7 @@ class BrowserControl final : public Control::Impl {
   void End() override;
 
   void SetBeforeNavigate(std::function<bool(const std::string&)> handler);
+  void SetBusyText(const std::string& text) { mBusyText = text; }
   void Navigate(const std::string& path);
   /// The page, or nothing where none is shown.
   ComPtr<IDispatch> Document() const;
@@ -52,6 +53,7 @@ class BrowserControl final : public Control::Impl {
   DWORD mEventsCookie = 0;
   std::function<bool(const std::string&)> mBeforeNavigate;
   std::string mOwnAddress;
+  std::string mBusyText;
 };
 
 }  // namespace platform

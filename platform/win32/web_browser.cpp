@@ -17,14 +17,10 @@
 #include "core/attempt.h"
 #include "platform/win32/automation.h"
 #include "platform/win32/browser_control.h"
+#include "platform/win32/page_elements.h"
 
 namespace platform {
 namespace {
-
-void GetAttribute(const ComPtr<IDispatch>& element, std::wstring_view name, Variant& value) {
-  const Variant nameArgument{name};
-  GetMember(element, L"getAttribute", {&nameArgument}, value);
-}
 
 /// False where the element has no such attribute.
 bool LiveState(const ComPtr<IDispatch>& element, const wchar_t* name) {
@@ -40,21 +36,11 @@ bool LiveState(const ComPtr<IDispatch>& element, const wchar_t* name) {
   });
 }
 
-std::string IdOf(const ComPtr<IDispatch>& element) {
-  Variant id;
-  GetAttribute(element, L"id", id);
-  return id.vt == VT_BSTR ? id.Utf8() : std::string();
-}
-
 std::vector<InputState> InputsOf(const ComPtr<IDispatch>& document) {
-  const Variant tag{std::wstring_view(L"INPUT")};
-  const auto elements = MemberObject(document, L"getElementsByTagName", {&tag});
-  Variant length;
-  GetMember(elements, L"length", {}, length);
+  const PageElements elements(document, L"INPUT");
   std::vector<InputState> inputs;
-  for (long i = 0; i < length.As(VT_I4).lVal; ++i) {
-    const Variant index(i);
-    const auto element = MemberObject(elements, L"item", {&index});
+  for (long i = 0; i < elements.Length(); ++i) {
+    const auto element = elements.At(i);
     inputs.push_back(
         {IdOf(element), LiveState(element, L"checked"), LiveState(element, L"disabled")});
   }
@@ -79,6 +65,8 @@ void WebBrowser::Navigate(const std::string& path) { mImpl->control->Navigate(pa
 void WebBrowser::OnBeforeNavigate(std::function<bool(const std::string& address)> handler) {
   mImpl->control->SetBeforeNavigate(std::move(handler));
 }
+
+void WebBrowser::SetBusyText(const std::string& text) { mImpl->control->SetBusyText(text); }
 
 void WebBrowser::ReadInputs(std::function<void(const PageInputs&)> answer) {
   const PageInputs inputs = core::AttemptOr(

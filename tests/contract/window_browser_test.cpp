@@ -80,6 +80,33 @@ TEST_F(Browser, ReadsTheLiveState) {
   EXPECT_TRUE(WaitForBoxes("a+ b-"));
 }
 
+TEST_F(Browser, CallsEachBoxByTheLabelInItsRow) {
+  Show({{"", true, true}, {"a", false, false}, {"a", true, true}, {"a", true, true}},
+       "+! a- a+! a+!");
+  for (int row = 0; row < 4; ++row) {
+    const std::string name = "Voice " + std::to_string(row + 1);
+    EXPECT_TRUE(peer::RunUntil([&] { return peer::NameOfBox("form", "browser", row) == name; }))
+        << row << " is " << peer::NameOfBox("form", "browser", row);
+  }
+}
+
+TEST_F(Browser, ReachesNoBoxOfAnotherRowByALabel) {
+  Show({{"a", false, false}, {"a", true, true}}, "a- a+!");
+  ASSERT_TRUE(peer::RunUntil([] { return peer::NameOfBox("form", "browser", 0) == "Voice 1"; }));
+  peer::ClickLabel("form", "browser", 1);
+  EXPECT_EQ(Boxes(), "a- a+!");
+  peer::ClickLabel("form", "browser", 0);
+  EXPECT_TRUE(WaitForBoxes("a+ a+!"));
+}
+
+TEST_F(Browser, CallsWhatIsBusyByTheTextGiven) {
+  const std::string text = "Röster läses in… <i>\"'${0}\\";
+  form->Show();
+  browser->SetBusyText(text);
+  browser->Navigate(peer::BusyPage());
+  EXPECT_TRUE(peer::RunUntil([&] { return peer::NameOfBusyElement("form", "browser") == text; }));
+}
+
 TEST_F(Browser, ShowsOnePageAfterTheOther) {
   Show({{"a", false, false}}, "a-");
   browser->Navigate(peer::PageWith({{"b", true, false}}));

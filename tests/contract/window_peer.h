@@ -49,11 +49,21 @@ void Press(const std::string& form, const std::string& button);
 /// The next message is looked at and then closed with OK; earlier arrangements end.
 void WhenAMessageIsShown(std::function<void(const Message&)> look);
 
-/// Writes a page with these boxes and a link, `<a id="link">`, to an address; answers its path.
+/// Writes a page with these boxes, each in a row with a label that is for its id, "Voice 1", "Voice
+/// 2"..., and a link, `<a id="link">`, to an address; answers its path.
 std::string PageWith(const std::vector<platform::InputState>& boxes,
                      const std::string& linkAddress = "about:blank");
 /// The person clicks on an element of the page that a browser shows.
 void ClickBox(const std::string& form, const std::string& browser, const std::string& id);
+/// The person clicks on the label in a row; rows count from 0.
+void ClickLabel(const std::string& form, const std::string& browser, int row);
+/// What assistive technology calls the box in a row.
+std::string NameOfBox(const std::string& form, const std::string& browser, int row);
 void FollowLink(const std::string& form, const std::string& browser);
+
+/// Writes a page with an element of the id "busy"; answers its path.
+std::string BusyPage();
+/// What assistive technology calls that element; empty where it has no name or is not there yet.
+std::string NameOfBusyElement(const std::string& form, const std::string& browser);
 
 }  // namespace peer

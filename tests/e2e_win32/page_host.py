@@ -163,13 +163,23 @@ class Page:
         self._view.set_size_request(max(1, int(width)), max(1, int(height)))
         answer()
 
-    def elements(self, answer, by, name):
+    @staticmethod
+    def _found(by, name):
         quoted = json.dumps(name)
-        found = {
+        return {
             "tag": f"document.getElementsByTagName({quoted})",
             "id": f"[document.getElementById({quoted})]",
         }[by]
 
+    def text(self, answer, by, name, index):
+        self.evaluate(f"{self._found(by, name)}[{int(index)}].innerText", answer)
+
+    def set(self, answer, by, name, index, attribute, value):
+        element = f"{self._found(by, name)}[{int(index)}]"
+        change = f"setAttribute({json.dumps(attribute)}, {json.dumps(value)})"
+        self.evaluate(f"{element}.{change}, true", lambda _: answer())
+
+    def elements(self, answer, by, name):
         def told(value):
             answer(
                 *(
@@ -178,7 +188,7 @@ class Page:
                 )
             )
 
-        self.evaluate(LOOK % found, told)
+        self.evaluate(LOOK % self._found(by, name), told)
 
     def click(self, answer, x, y):
         scale = self._view.get_zoom_level()

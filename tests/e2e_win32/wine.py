@@ -19,6 +19,10 @@ ROOT = HERE.parents[1]
 MAKER = "Velor Software"
 PROGRAM_NAME = "VelorVoiceSetup.exe"
 CONTROL_CLASS = "{8856F961-340A-11D0-A96B-00C04FD705A2}"
+# States and events for screen readers, of oleacc.h and winuser.h.
+UNAVAILABLE = 1
+NAME_CHANGED = 0x800C
+LIVE_REGION_CHANGED = 0x8019
 ASSET_FILES = ("wait.htm", "Languages.xml", "VelorVoiceSetup.Language.xml")
 
 
@@ -199,8 +203,8 @@ class PageHost:
         """The page's check boxes: name, ticked, enabled."""
         found = self.evaluate(
             "Array.from(document.querySelectorAll('input')).map(function (box) {"
-            " var label = document.querySelector('label[for=\"' + box.id + '\"]');"
-            " return [label ? label.textContent : '', box.checked, !box.disabled]; })"
+            " var labels = Array.from(box.labels).map(function (each) { return each.textContent; });"
+            " return [labels.join(' ') || box.title, box.checked, !box.disabled]; })"
         )
         return [tuple(box) for box in found or []]
 
@@ -282,6 +286,16 @@ class Probe:
     def control(self, name):
         form = self.form()
         return form.control(name) if form else None
+
+    def accessible(self, window):
+        """What screen readers are told of it: its name, and whether it can be used."""
+        [line] = self.ask("accessible", window.number)
+        state, name = line.split(" ")
+        return "" if name == "-" else urllib.parse.unquote(name), not int(state) & UNAVAILABLE
+
+    def told(self):
+        """What windows have told screen readers so far, as (event, number of the window)."""
+        return [tuple(map(int, line.split(" "))) for line in self.ask("told")]
 
     def messages(self):
         """The messages on the screen, as (title, text)."""

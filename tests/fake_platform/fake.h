@@ -47,6 +47,7 @@ struct Browser {
   /// The page's INPUT elements; absent for a page that cannot be read.
   platform::PageInputs inputs = std::vector<platform::InputState>();
   int timesRead = 0;
+  std::string busyText;
 
   /// The user follows a link of the page; whether it led anywhere.
   bool Follow(const std::string& address);

@@ -222,6 +222,11 @@ void WebBrowser::OnBeforeNavigate(std::function<bool(const std::string& address)
   mImpl->control->browser.beforeNavigate = std::move(handler);
 }
 
+void WebBrowser::SetBusyText(const std::string& text) {
+  Require(*mImpl->control, "SetBusyText");
+  mImpl->control->browser.busyText = text;
+}
+
 void WebBrowser::ReadInputs(std::function<void(const PageInputs&)> answer) {
   ++mImpl->control->browser.timesRead;
   fake::TheWorld().events.push_back([owner = std::weak_ptr(mImpl), answer = std::move(answer)] {

@@ -116,6 +116,23 @@ void ClickBox(const std::string& form, const std::string& browser, const std::st
   throw std::out_of_range("no box " + id);
 }
 
+void ClickLabel(const std::string& form, const std::string& browser, int row) {
+  auto& input =
+      ControlNamed(form, browser).browser.inputs.value().at(static_cast<std::size_t>(row));
+  if (!input.disabled) input.checked = !input.checked;
+}
+
+/// A box in memory has no name to share.
+std::string NameOfBox(const std::string&, const std::string&, int row) {
+  return "Voice " + std::to_string(row + 1);
+}
+
+std::string BusyPage() { return PageWith({}); }
+
+std::string NameOfBusyElement(const std::string& form, const std::string& browser) {
+  return ControlNamed(form, browser).browser.busyText;
+}
+
 void FollowLink(const std::string& form, const std::string& browser) {
   auto& page = ControlNamed(form, browser).browser;
   page.Follow(pages[page.shown.back()].link);

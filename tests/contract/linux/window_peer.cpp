@@ -166,6 +166,13 @@ std::string Utf16(const std::string& text) {
   return "\xFF\xFE" + std::string(bytes.get(), size);
 }
 
+/// Answers its path.
+std::string WritePage(const std::string& page) {
+  const auto path = pages->Path() / ("page" + std::to_string(++pagesWritten) + ".htm");
+  support::WriteBytes(path, Utf16(page));
+  return support::CorePath(path);
+}
+
 }  // namespace
 
 void Begin() {
@@ -236,21 +243,45 @@ void WhenAMessageIsShown(std::function<void(const Message&)> look) {
 
 std::string PageWith(const std::vector<platform::InputState>& boxes,
                      const std::string& linkAddress) {
-  std::string page = "<!DOCTYPE html>\r\n<html>\r\n<title>Downloads</title>\r\n<body>\r\n";
+  std::string page = "<!DOCTYPE html>\r\n<html>\r\n<title>Downloads</title>\r\n<body><table>\r\n";
+  int row = 0;
   for (const auto& box : boxes) {
-    page += "<p><input type=\"checkbox\"" + (box.id.empty() ? "" : " id=" + Attribute(box.id)) +
-            (box.checked ? " checked" : "") + (box.disabled ? " disabled" : "") + "></p>\r\n";
+    page += "<tr><td><input type=\"checkbox\"" +
+            (box.id.empty() ? "" : " id=" + Attribute(box.id)) + (box.checked ? " checked" : "") +
+            (box.disabled ? " disabled" : "") + "><td><label for=" + Attribute(box.id) + ">Voice " +
+            std::to_string(++row) + "</label></tr>\r\n";
   }
-  page +=
-      "<a id=\"link\" href=" + Attribute(AddressOf(linkAddress)) + ">link</a></body></html>\r\n";
-  const auto path = pages->Path() / ("page" + std::to_string(++pagesWritten) + ".htm");
-  support::WriteBytes(path, Utf16(page));
-  return support::CorePath(path);
+  page += "</table><a id=\"link\" href=" + Attribute(AddressOf(linkAddress)) +
+          ">link</a></body></html>\r\n";
+  return WritePage(page);
+}
+
+std::string BusyPage() {
+  return WritePage("<!DOCTYPE html><html><body><div id=\"busy\"></div></body></html>");
 }
 
 void ClickBox(const std::string& form, const std::string& browser, const std::string& id) {
   widgets::RunInPage(WEBKIT_WEB_VIEW(WidgetOf(form, browser)),
                      "document.getElementById('" + id + "').click()");
+}
+
+void ClickLabel(const std::string& form, const std::string& browser, int row) {
+  widgets::RunInPage(WEBKIT_WEB_VIEW(WidgetOf(form, browser)),
+                     "document.querySelectorAll('label')[" + std::to_string(row) + "].click()");
+}
+
+// The end-to-end tests hear the names themselves; here the page tells them by the same rules.
+std::string NameOfBox(const std::string& form, const std::string& browser, int row) {
+  return widgets::AskPage(WEBKIT_WEB_VIEW(WidgetOf(form, browser)),
+                          "{ const box = document.querySelectorAll('input')[" +
+                              std::to_string(row) +
+                              "]; box.getAttribute('aria-label') ??"
+                              " Array.from(box.labels, label => label.textContent).join(' ') }");
+}
+
+std::string NameOfBusyElement(const std::string& form, const std::string& browser) {
+  return widgets::AskPage(WEBKIT_WEB_VIEW(WidgetOf(form, browser)),
+                          "document.getElementById('busy')?.getAttribute('aria-label') ?? ''");
 }
 
 void FollowLink(const std::string& form, const std::string& browser) {

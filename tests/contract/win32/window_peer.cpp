@@ -10,11 +10,13 @@
 #include <memory>
 #include <stdexcept>
 
+#include "core/attempt.h"
 #include "core/text.h"
 #include "platform/form.h"
 #include "platform/win32/automation.h"
 #include "platform/win32/browser_control.h"
 #include "platform/win32/event_queue.h"
+#include "platform/win32/page_elements.h"
 #include "platform/win32/text.h"
 #include "platform/win32/window_name.h"
 #include "tests/contract/win32/peer_loop.h"
@@ -86,6 +88,7 @@ namespace peer {
 namespace {
 
 using handles::WindowOf;
+using platform::ComPtr;
 
 std::unique_ptr<support::TemporaryFolder> pages;
 int pagesWritten = 0;
@@ -163,13 +166,39 @@ std::string Utf16(const std::string& text) {
   return {reinterpret_cast<const char*>(wide.data()), wide.size() * 2};
 }
 
-void ClickElement(const std::string& form, const std::string& browser, const std::string& id) {
+ComPtr<IDispatch> DocumentIn(const std::string& form, const std::string& browser) {
   auto* const control = reinterpret_cast<platform::BrowserControl*>(
       GetWindowLongPtrW(WindowOf(form, browser), GWLP_USERDATA));
+  return control->Document();
+}
+
+ComPtr<IDispatch> ElementIn(const std::string& form, const std::string& browser,
+                            const std::string& id) {
   const platform::Variant name{platform::WideText(id)};
-  const auto element = platform::MemberObject(control->Document(), L"getElementById", {&name});
+  return platform::MemberObject(DocumentIn(form, browser), L"getElementById", {&name});
+}
+
+ComPtr<IDispatch> ElementIn(const std::string& form, const std::string& browser,
+                            std::wstring_view tag, int index) {
+  return platform::PageElements(DocumentIn(form, browser), tag).At(index);
+}
+
+void Click(const ComPtr<IDispatch>& element) {
   platform::Variant nothing;
   platform::GetMember(element, L"click", {}, nothing);
+}
+
+std::string AttributeOf(const ComPtr<IDispatch>& element, std::wstring_view name) {
+  platform::Variant value;
+  platform::GetAttribute(element, name, value);
+  return value.vt == VT_BSTR ? value.Utf8() : std::string();
+}
+
+/// Answers its path.
+std::string WritePage(const std::string& page) {
+  const auto path = pages->Path() / ("page" + std::to_string(++pagesWritten) + ".htm");
+  support::WriteBytes(path, Utf16(page));
+  return support::CorePath(path);
 }
 
 }  // namespace
@@ -234,23 +263,45 @@ void WhenAMessageIsShown(std::function<void(const Message&)> look) {
 
 std::string PageWith(const std::vector<platform::InputState>& boxes,
                      const std::string& linkAddress) {
-  std::string page = "<!DOCTYPE html>\r\n<html>\r\n<title>Downloads</title>\r\n<body>\r\n";
+  std::string page = "<!DOCTYPE html>\r\n<html>\r\n<title>Downloads</title>\r\n<body><table>\r\n";
+  int row = 0;
   for (const auto& box : boxes) {
-    page += "<p><input type=\"checkbox\"" + (box.id.empty() ? "" : " id=" + Attribute(box.id)) +
-            (box.checked ? " checked" : "") + (box.disabled ? " disabled" : "") + "></p>\r\n";
+    page += "<tr><td><input type=\"checkbox\"" +
+            (box.id.empty() ? "" : " id=" + Attribute(box.id)) + (box.checked ? " checked" : "") +
+            (box.disabled ? " disabled" : "") + "><td><label for=" + Attribute(box.id) + ">Voice " +
+            std::to_string(++row) + "</label></tr>\r\n";
   }
-  page += "<a id=\"link\" href=" + Attribute(linkAddress) + ">link</a></body></html>\r\n";
-  const auto path = pages->Path() / ("page" + std::to_string(++pagesWritten) + ".htm");
-  support::WriteBytes(path, Utf16(page));
-  return support::CorePath(path);
+  page += "</table><a id=\"link\" href=" + Attribute(linkAddress) + ">link</a></body></html>\r\n";
+  return WritePage(page);
+}
+
+std::string BusyPage() {
+  return WritePage("<!DOCTYPE html><html><body><div id=\"busy\"></div></body></html>");
 }
 
 void ClickBox(const std::string& form, const std::string& browser, const std::string& id) {
-  ClickElement(form, browser, id);
+  Click(ElementIn(form, browser, id));
+}
+
+void ClickLabel(const std::string& form, const std::string& browser, int row) {
+  Click(ElementIn(form, browser, L"LABEL", row));
+}
+
+std::string NameOfBox(const std::string& form, const std::string& browser, int row) {
+  const std::string title = AttributeOf(ElementIn(form, browser, L"INPUT", row), L"title");
+  if (!title.empty()) return title;
+  platform::Variant text;
+  platform::GetMember(ElementIn(form, browser, L"LABEL", row), L"innerText", {}, text);
+  return text.Utf8();
+}
+
+std::string NameOfBusyElement(const std::string& form, const std::string& browser) {
+  return core::AttemptOr(
+      std::string(), [&] { return AttributeOf(ElementIn(form, browser, "busy"), L"aria-label"); });
 }
 
 void FollowLink(const std::string& form, const std::string& browser) {
-  ClickElement(form, browser, "link");
+  Click(ElementIn(form, browser, "link"));
 }
 
 }  // namespace peer

@@ -19,6 +19,29 @@ namespace {
 // In no page's text: control characters are none of a page's.
 constexpr char kSeparator = '\x1f';
 
+/// What a caller gave, in its order.
+class Arguments {
+ public:
+  explicit Arguments(const DISPPARAMS& parameters) : mParameters(parameters) {}
+
+  std::string Text(UINT at) const {
+    platform::Variant text;
+    if (at < mParameters.cArgs) platform::Check(VariantCopy(&text, &Passed(at)));
+    return text.Utf8();
+  }
+  std::size_t Index() const {
+    platform::Variant index;
+    if (mParameters.cArgs > 0) platform::Check(VariantCopy(&index, &Passed(0)));
+    return static_cast<std::size_t>(index.As(VT_I4).lVal);
+  }
+
+ private:
+  // They are passed last one first.
+  VARIANT& Passed(UINT at) const { return mParameters.rgvarg[mParameters.cArgs - 1 - at]; }
+
+  const DISPPARAMS& mParameters;
+};
+
 /// Members by name. The numbers count from 1 in the order of the names.
 class NamedObject : public platform::ComObject<IDispatch> {
  public:
@@ -40,26 +63,21 @@ class NamedObject : public platform::ComObject<IDispatch> {
     if (number < 1 || static_cast<std::size_t>(number) > mNames.size()) {
       return DISP_E_MEMBERNOTFOUND;
     }
-    VariantInit(answer);
-    VARIANT* const argument = parameters->cArgs > 0 ? parameters->rgvarg : nullptr;
-    return core::AttemptOr(E_FAIL, [&] { return Get(number, argument, *answer); });
+    platform::Variant unwanted;
+    VARIANT* const wanted = answer ? answer : &unwanted;
+    VariantInit(wanted);
+    return core::AttemptOr(E_FAIL, [&] { return Get(number, Arguments(*parameters), *wanted); });
   }
 
  protected:
   explicit NamedObject(std::vector<std::wstring> names) : mNames(std::move(names)) {}
 
  private:
-  /// `argument` is null where the caller gave none.
-  virtual HRESULT Get(DISPID number, VARIANT* argument, VARIANT& answer) = 0;
+  /// Reads, calls or writes the member.
+  virtual HRESULT Get(DISPID number, const Arguments& arguments, VARIANT& answer) = 0;
 
   std::vector<std::wstring> mNames;
 };
-
-std::string TextOf(VARIANT* argument) {
-  platform::Variant text;
-  platform::Check(VariantCopy(&text, argument ? argument : &text));
-  return text.Utf8();
-}
 
 void AnswerObject(IDispatch* object, VARIANT& answer) {
   answer.vt = VT_DISPATCH;
@@ -67,12 +85,27 @@ void AnswerObject(IDispatch* object, VARIANT& answer) {
   if (object) object->AddRef();
 }
 
+void AnswerText(const std::string& text, VARIANT& answer) {
+  answer.vt = VT_BSTR;
+  answer.bstrVal = SysAllocString(platform::WideText(text).c_str());
+}
+
+/// How the host finds an element again: the n-th of a tag, or the one with an id.
+struct Address {
+  std::shared_ptr<PageConnection> connection;
+  std::string by;
+  std::string name;
+  std::size_t index = 0;
+};
+
 /// An element's attributes. As in the document mode that the control has by default, one that the
 /// page changes while it lives is a Boolean and says what is now, not what the markup says.
 class Element final : public NamedObject {
  public:
   /// "id=scheck7", "checked=b1": names, then values of a kind and a text, with separators between.
-  explicit Element(const std::string& attributes) : NamedObject({L"getAttribute"}) {
+  Element(Address address, const std::string& attributes)
+      : NamedObject({L"getAttribute", L"setAttribute", L"htmlFor", L"innerText"}),
+        mAddress(std::move(address)) {
     std::size_t start = 0;
     while (start < attributes.size()) {
       const std::size_t end = std::min(attributes.find(kSeparator, start), attributes.size());
@@ -84,42 +117,68 @@ class Element final : public NamedObject {
   }
 
  private:
-  HRESULT Get(DISPID, VARIANT* argument, VARIANT& answer) override {
-    const auto found = mAttributes.find(TextOf(argument));
+  HRESULT Get(DISPID number, const Arguments& arguments, VARIANT& answer) override {
+    switch (number) {
+      case 1:
+        return GetAttribute(arguments.Text(0), answer);
+      case 2:
+        return Set(arguments.Text(0), arguments.Text(1));
+      case 3:
+        return Set("for", arguments.Text(0));
+      default:
+        AnswerText(mAddress.connection
+                       ->Ask({"text", mAddress.by, mAddress.name, std::to_string(mAddress.index)})
+                       .at(1),
+                   answer);
+        return S_OK;
+    }
+  }
+
+  HRESULT GetAttribute(const std::string& name, VARIANT& answer) {
+    const auto found = mAttributes.find(name);
     if (found == mAttributes.end()) {
       answer.vt = VT_NULL;
     } else if (found->second.starts_with('b')) {
       answer.vt = VT_BOOL;
       answer.boolVal = found->second == "b1" ? VARIANT_TRUE : VARIANT_FALSE;
     } else {
-      answer.vt = VT_BSTR;
-      answer.bstrVal = SysAllocString(platform::WideText(found->second.substr(1)).c_str());
+      AnswerText(found->second.substr(1), answer);
     }
     return S_OK;
   }
 
+  HRESULT Set(const std::string& attribute, const std::string& value) {
+    mAddress.connection->Ask(
+        {"set", mAddress.by, mAddress.name, std::to_string(mAddress.index), attribute, value});
+    return S_OK;
+  }
+
+  Address mAddress;
   std::map<std::string, std::string> mAttributes;
 };
 
 class Collection final : public NamedObject {
  public:
-  explicit Collection(Fields elements)
-      : NamedObject({L"length", L"item"}), mElements(std::move(elements)) {}
+  Collection(Address address, Fields elements)
+      : NamedObject({L"length", L"item"}),
+        mAddress(std::move(address)),
+        mElements(std::move(elements)) {}
 
  private:
-  HRESULT Get(DISPID number, VARIANT* argument, VARIANT& answer) override {
+  HRESULT Get(DISPID number, const Arguments& arguments, VARIANT& answer) override {
     if (number == 1) {
       answer.vt = VT_I4;
       answer.lVal = static_cast<LONG>(mElements.size());
       return S_OK;
     }
-    platform::Variant index;
-    platform::Check(VariantCopy(&index, argument ? argument : &index));
-    const auto at = static_cast<std::size_t>(index.As(VT_I4).lVal);
-    AnswerObject(at < mElements.size() ? new Element(mElements[at]) : nullptr, answer);
+    Address element = mAddress;
+    element.index = arguments.Index();
+    const bool exists = element.index < mElements.size();
+    AnswerObject(exists ? new Element(element, mElements[element.index]) : nullptr, answer);
     return S_OK;
   }
 
+  Address mAddress;
   Fields mElements;
 };
 
@@ -130,13 +189,14 @@ class Document final : public NamedObject {
         mConnection(std::move(connection)) {}
 
  private:
-  HRESULT Get(DISPID number, VARIANT* argument, VARIANT& answer) override {
-    Fields found = mConnection->Ask({"elements", number == 1 ? "tag" : "id", TextOf(argument)});
+  HRESULT Get(DISPID number, const Arguments& arguments, VARIANT& answer) override {
+    const Address address{mConnection, number == 1 ? "tag" : "id", arguments.Text(0)};
+    Fields found = mConnection->Ask({"elements", address.by, address.name});
     found.erase(found.begin());
     if (number == 1) {
-      AnswerObject(new Collection(std::move(found)), answer);
+      AnswerObject(new Collection(address, std::move(found)), answer);
     } else {
-      AnswerObject(found.empty() ? nullptr : new Element(found.front()), answer);
+      AnswerObject(found.empty() ? nullptr : new Element(address, found.front()), answer);
     }
     return S_OK;
   }

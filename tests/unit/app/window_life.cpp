@@ -74,6 +74,17 @@ TEST_F(Window, CannotInstallBeforeAVoiceIsTicked) {
 
 TEST_F(Window, KnowsTheCataloguesAddress) { EXPECT_EQ(GetCatalogueURL(), kCatalogueAddress); }
 
+TEST_F(Window, CallsTheWaitPageByWhatTheStatusLineSays) {
+  World().WriteFile(InProgramFolder("VelorVoiceSetup.Language.xml"),
+                    "<texts><contents>" +
+                        TextItem("frmSelect.lblStatus.Caption", "Just a moment", "Moment noch") +
+                        "</contents></texts>");
+  Speak("de");
+  Start();
+  EXPECT_EQ(Status().caption, "Moment noch");
+  EXPECT_EQ(Browser().busyText, "Moment noch");
+}
+
 TEST_F(Window, ShowsTheWaitPageWhileTheCatalogueLoads) {
   Start();
   EXPECT_THAT(Browser().shown, ElementsAre(InProgramFolder("wait.htm")));
