@@ -107,6 +107,7 @@ WebViewControl::WebViewControl(const std::string& name) : Impl("WebBrowser", nam
   mConnections.push_back(Connect<gboolean(WebKitContextMenu*, GdkEvent*, WebKitHitTestResult*)>(
       Widget(), "context-menu",
       [](WebKitContextMenu*, GdkEvent*, WebKitHitTestResult*) -> gboolean { return TRUE; }));
+  ShowToolTip();
   mConnections.push_back(Connect<void(WebKitDownload*)>(
       webkit_web_view_get_context(View()), "download-started",
       [](WebKitDownload* download) { webkit_download_cancel(download); }));
@@ -116,6 +117,23 @@ WebViewControl::WebViewControl(const std::string& name) : Impl("WebBrowser", nam
         // First, so that a screen reader meets the right names when the focus comes.
         DescribePage(View(), mBusyText);
         gtk_widget_grab_focus(Widget());
+      }));
+}
+
+/// WebKit shows the page's own tips in place of the widget's, and switches all of them off where
+/// the page has none. The page is not asked: its tips are whatever its names brought along.
+void WebViewControl::ShowToolTip() {
+  mConnections.push_back(Connect<gboolean(int, int, gboolean, GtkTooltip*)>(
+      Widget(), "query-tooltip", [this](int, int, gboolean, GtkTooltip* tip) -> gboolean {
+        const GMemory<char> text(gtk_widget_get_tooltip_text(Widget()));
+        gtk_tooltip_set_text(tip, text.get());
+        return text != nullptr;
+      }));
+  mConnections.push_back(
+      Connect<void(GParamSpec*)>(Widget(), "notify::has-tooltip", [this](GParamSpec*) {
+        const GMemory<char> text(gtk_widget_get_tooltip_text(Widget()));
+        if (text && !gtk_widget_get_has_tooltip(Widget()))
+          gtk_widget_set_has_tooltip(Widget(), TRUE);
       }));
 }
 

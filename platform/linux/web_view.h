@@ -32,6 +32,7 @@ class WebViewControl : public Control::Impl {
   void SetBusyText(const std::string& text) { mBusyText = text; }
 
  private:
+  void ShowToolTip();
   bool DecidePolicy(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type);
   bool IsRefused(WebKitNavigationAction* action);
 

@@ -26,10 +26,21 @@ def xdotool(*arguments):
     return result.stdout.strip()
 
 
+def _managed_windows():
+    """The numbers of the windows that the window manager knows, the front one last: no tool tips."""
+    listing = subprocess.run(
+        ["xprop", "-root", "-notype", "_NET_CLIENT_LIST_STACKING"],
+        stdout=subprocess.PIPE, text=True, check=True,
+    ).stdout
+    numbers = listing.partition("#")[2].split(",")
+    return [str(int(number, 16)) for number in numbers if number.strip()]
+
+
 def windows_of(process_id):
     """The numbers of the process's visible windows."""
     found = xdotool("search", "--onlyvisible", "--all", "--pid", process_id, "--name", ".*")
-    return found.split()
+    managed = _managed_windows()
+    return [number for number in found.split() if number in managed]
 
 
 def active_window():
@@ -38,13 +49,8 @@ def active_window():
 
 
 def front_window():
-    """The number of the window that no other covers."""
-    listing = subprocess.run(
-        ["xprop", "-root", "-notype", "_NET_CLIENT_LIST_STACKING"],
-        stdout=subprocess.PIPE, text=True, check=True,
-    ).stdout
-    numbers = listing.rpartition("#")[2].split(",")
-    return str(int(numbers[-1], 16)) if numbers[-1].strip() else ""
+    """The number of the window that no other covers; empty where there is none."""
+    return next(reversed(_managed_windows()), "")
 
 
 def keys(*names):
