@@ -1,6 +1,6 @@
 #!/usr/bin/python3
-# What people hear and see in several languages, and what is left where the language files are
-# missing. SPDX-License-Identifier: MIT
+# Where things stand in a language that is written from right to left, and what is left where the
+# language files are missing. What people hear is in accessibility.py. SPDX-License-Identifier: MIT
 import scenario
 from catalogue import Voice, catalogue
 
@@ -20,21 +20,6 @@ class Languages(scenario.Scenario):
         self.see_page(program)
         return program
 
-    def see_texts(self, program, *, heading, voices, button, tip, nothing="", status):
-        """Everything that assistive technology tells of the page shown."""
-        self.assertEqual(scenario.TITLE, accessible.name(program.window()))
-        self.assertEqual(heading, accessible.name(accessible.find(program.page(), "heading")))
-        self.assertEqual(voices, program.voices())
-        self.assertEqual([], program.ticked())
-        self.assertEqual(button, accessible.name(program.button()))
-        self.assertEqual(tip, accessible.description(program.button()).strip())
-        self.see_status(program, nothing)
-        self.assertFalse(accessible.is_enabled(program.button()))
-        self.tick(program, AGNES.shown)
-        self.see_status(program, status)
-        self.assertTrue(accessible.is_enabled(program.button()))
-        self.assertTrue(accessible.is_checked(program.box(AGNES.shown)))
-
     def see_prompt_and_end(self, program, prompt):
         self.ask_to_close(program)
         self.see_message(program, prompt)
@@ -51,46 +36,12 @@ class Languages(scenario.Scenario):
         }
         return {name: accessible.place(control) for name, control in controls.items()}
 
-    def test_english(self):
-        program = self.see_page_in("en")
-        self.see_texts(
-            program, heading="Available Voices", voices=[AGNES.shown], button="Install",
-            tip="Install the selected voices", status="1 voice, 75MB",
-        )
-        at = self.places(program)
-        self.assertLess(at["logo"].x, at["page"].x)
-        self.assertLess(at["label"].x, at["button"].x)
-        self.see_prompt_and_end(program, scenario.PROMPT)
-
-    def test_swedish_with_its_own_voices(self):
-        program = self.see_page_in("sv")
-        self.see_texts(
-            program, heading="Tillgängliga röster", voices=[AGNES.shown, ERIK.shown],
-            button="Installera", tip="Installera de valda rösterna", status="1 röst, 75MB",
-        )
-        self.tick(program, ERIK.shown)
-        self.see_status(program, "2 röster, 165MB")
-        prompt = "Du kan skaffa fler röster när du vill genom att starta Velor Voice Setup igen."
-        self.see_prompt_and_end(program, prompt)
-
-    def test_arabic_from_right_to_left(self):
-        program = self.see_page_in("ar")
-        self.see_texts(
-            program, heading="الأصوات المتوفرة", voices=[AGNES.shown], button="تثبيت",
-            tip="تثبيت الأصوات المحددة", status="1 صوت، 75MB",
-        )
-        at = self.places(program)
-        self.assertGreater(at["logo"].x, at["page"].x)
-        self.assertGreater(at["label"].x, at["button"].x)
-        prompt = (
-            "يمكنك الحصول على المزيد من الأصوات في أي وقت بتشغيل Velor Voice Setup مرة أخرى."
-        )
-        self.see_prompt_and_end(program, prompt)
-
     def test_arabic_is_the_mirror_image_of_english(self):
         english = self.see_page_in("en")
         window = accessible.place(english.window())
         left = self.places(english)
+        self.assertLess(left["logo"].x, left["page"].x)
+        self.assertLess(left["label"].x, left["button"].x)
         self.close_with_prompt(english)
         self.installation.choose_language("ar")
         arabic = self.start()

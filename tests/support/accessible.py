@@ -176,9 +176,42 @@ def is_checked(accessible):
     return _has_state(accessible, Atspi.StateType.CHECKED)
 
 
+def states(accessible):
+    """Their names, such as "busy", "checked", "focusable", in alphabetical order."""
+    found = _asked(lambda: accessible.get_state_set().get_states(), [])
+    return sorted(state.value_nick for state in found)
+
+
 def has_focus(accessible):
     """Whether keys go to it; False for None, too."""
     return accessible is not None and _has_state(accessible, Atspi.StateType.FOCUSED)
+
+
+class Listener:
+    """Hears what programs tell by themselves, which is what a screen reader speaks of, from its
+    construction to close(). `kinds` are such as "object:announcement" or "document:load-complete"."""
+
+    def __init__(self, *kinds):
+        self._kinds = kinds
+        self._heard = []
+        self._listener = Atspi.EventListener.new(self._hear)
+        for kind in kinds:
+            self._listener.register(kind)
+
+    def _hear(self, event):
+        # A page tells of itself; the others say what is new.
+        of_page = event.type.startswith(("object:state-changed:", "document:"))
+        text = name(event.source) if of_page else event.any_data
+        self._heard.append((event.type, bool(event.detail1), text))
+
+    def heard(self):
+        """All so far, as (kind, whether a state came, text)."""
+        _refresh()
+        return list(self._heard)
+
+    def close(self):
+        for kind in self._kinds:
+            self._listener.deregister(kind)
 
 
 def place(accessible):
