@@ -29,6 +29,7 @@ class Keyboard(scenario.Scenario):
         program = self.start()
         self.see_page()
         self.give_focus()
+        self.see(lambda: self.focused() == "page", "the focus on the page")
         self.press("Tab", "check7")
         desktop.keys("space")
         self.see_status("1 voice, 75MB")
@@ -46,18 +47,12 @@ class Keyboard(scenario.Scenario):
             b"<queue><item>7</item><item>12</item></queue>", self.prefix.queue.read_bytes()
         )
 
-    def give_focus(self):
-        """As the window manager does, which leaves Wine's unmanaged windows to themselves."""
-        search = ("search", "--onlyvisible", "--name", f"^{scenario.TITLE}$")
-        [window] = self.see(lambda: desktop.xdotool(*search).split(), "the window")
-        desktop.xdotool("windowfocus", "--sync", window)
-        self.see(lambda: self.focused() == "page", "the focus on the page")
-
     def test_the_mnemonic_installs_from_within_the_page(self):
         self.serve(catalogue(AGNES))
         program = self.start()
         self.see_page()
         self.give_focus()
+        self.see(lambda: self.focused() == "page", "the focus on the page")
         self.press("Tab", "check7")
         desktop.keys("space")
         self.see(self.can_install, "Install to be enabled")

@@ -7,25 +7,34 @@
 //   click WINDOW X Y    the left mouse button, at a place inside
 //   front               the window in front
 //   focus               the window in it that has the keyboard
-//   load LIBRARY        loads a library by its bare name; says 1 where one was found
+//   accessible WINDOW   what screen readers are told of it: state, name; see oleacc.h
+//   told                what windows have told them since the probe began: event, window; see
+//   winuser.h load LIBRARY        loads a library by its bare name; says 1 where one was found
 //   guard               from now on in the way of the program, which trusts the system's only
 //
 // Windows are numbers. Texts are percent-encoded.
 //
 // SPDX-License-Identifier: MIT
+#include <oleacc.h>
 #include <windows.h>
 
 #include <iostream>
+#include <mutex>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "platform/win32/com.h"
 #include "platform/win32/form_window.h"
 #include "platform/win32/system_library.h"
 #include "platform/win32/text.h"
 #include "platform/win32/window_name.h"
 
 namespace {
+
+// The one in mingw-w64's library is another.
+constexpr IID kIAccessible = {
+    0x618736e0, 0x3c3d, 0x11cf, {0x81, 0x0c, 0x00, 0xaa, 0x00, 0x38, 0x9b, 0x71}};
 
 // Longer than anything that the program does in one go.
 constexpr UINT kPatience = 5000;
@@ -99,6 +108,41 @@ void Click(HWND window, int x, int y) {
   PostMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(x, y));
 }
 
+void DescribeAccessible(HWND window) {
+  platform::EnterApartment();
+  platform::ComPtr<IAccessible> accessible;
+  platform::Check(AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), kIAccessible,
+                                             accessible.OutVoid()));
+  const platform::Variant self(static_cast<long>(CHILDID_SELF));
+  platform::Variant state;
+  platform::Bstr name;
+  platform::Check(accessible->get_accState(self, &state));
+  accessible->get_accName(self, name.Out());  // a window without a text has none
+  std::cout << state.As(VT_I4).lVal << ' ' << Encoded(platform::WideText(name.Utf8())) << '\n';
+}
+
+/// Told in a thread of its own, since events come through a message loop.
+std::mutex heardMutex;
+std::vector<std::pair<DWORD, HWND>> heard;
+
+void CALLBACK Hear(HWINEVENTHOOK, DWORD event, HWND window, LONG, LONG, DWORD, DWORD) {
+  const std::lock_guard lock(heardMutex);
+  heard.emplace_back(event, window);
+}
+
+DWORD WINAPI Listen(void*) {
+  SetWinEventHook(EVENT_MIN, EVENT_MAX, nullptr, Hear, 0, 0,
+                  WINEVENT_OUTOFCONTEXT | WINEVENT_SKIPOWNPROCESS);
+  MSG message;
+  while (GetMessageW(&message, nullptr, 0, 0) > 0) DispatchMessageW(&message);
+  return 0;
+}
+
+void SayWhatWasHeard() {
+  const std::lock_guard lock(heardMutex);
+  for (const auto& [event, window] : heard) std::cout << event << ' ' << NumberOf(window) << '\n';
+}
+
 HWND Focus() {
   GUITHREADINFO information = {};
   information.cbSize = sizeof information;
@@ -114,6 +158,8 @@ void Obey(const std::string& command, std::istringstream& rest) {
     std::cout << NumberOf(GetForegroundWindow()) << '\n';
   } else if (command == "focus") {
     std::cout << NumberOf(Focus()) << '\n';
+  } else if (command == "told") {
+    SayWhatWasHeard();
   } else if (command == "load") {
     std::string name;
     rest >> name;
@@ -122,6 +168,8 @@ void Obey(const std::string& command, std::istringstream& rest) {
     platform::TrustSystemLibrariesOnly();
   } else if (rest >> number; command == "press") {
     PostMessageW(WindowOf(number), BM_CLICK, 0, 0);
+  } else if (command == "accessible") {
+    DescribeAccessible(WindowOf(number));
   } else if (command == "close") {
     PostMessageW(WindowOf(number), WM_CLOSE, 0, 0);
   } else if (command == "click") {
@@ -136,6 +184,7 @@ void Obey(const std::string& command, std::istringstream& rest) {
 }  // namespace
 
 int main() {
+  CreateThread(nullptr, 0, Listen, nullptr, 0, nullptr);
   std::string line;
   while (std::getline(std::cin, line)) {
     std::istringstream rest(line);

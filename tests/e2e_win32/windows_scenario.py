@@ -18,8 +18,9 @@ import unittest
 HERE = pathlib.Path(__file__).resolve().parent
 sys.path += [str(HERE.parent / "e2e"), str(HERE.parent / "support")]
 
+import desktop  # noqa: E402  (found through the line above)
 from case_results import main  # noqa: E402,F401  (the scripts of cases call it)
-from catalogue import CatalogueServer, port_for_oneself  # noqa: E402  (found through the line above)
+from catalogue import CatalogueServer, port_for_oneself  # noqa: E402
 from wine import ROOT, PageHost, Prefix, Probe, wait_for  # noqa: E402
 
 TITLE = "Velor Voice Setup"
@@ -206,6 +207,12 @@ class Scenario(unittest.TestCase):
         before = voice in self.page.ticked()
         self.click_on_page("label", voice)
         self.see(lambda: (voice in self.page.ticked()) != before, f"the change at {voice}")
+
+    def give_focus(self):
+        """As the window manager does, which leaves Wine's unmanaged windows to themselves."""
+        search = ("search", "--onlyvisible", "--name", f"^{TITLE}$")
+        [window] = self.see(lambda: desktop.xdotool(*search).split(), "the window")
+        desktop.xdotool("windowfocus", "--sync", window)
 
     def press_install(self):
         self.see(self.can_install, "Install to be enabled")
