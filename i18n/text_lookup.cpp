@@ -1,6 +1,9 @@
 // Which text: the content of an item in the best language that it has one for.
 //
 // SPDX-License-Identifier: MIT
+#include <algorithm>
+#include <array>
+#include <string_view>
 #include <vector>
 
 #include "core/attempt.h"
@@ -28,16 +31,30 @@ LanguageChain SecondLanguageChain() {
   return chain;
 }
 
-/// Key and languages stand in the query as they are: a key with a double quote finds nothing.
-std::string ContentQuery(const std::string& key, const LanguageChain& chain) {
-  return "contents/item[key=\"" + key + "\"]/content[@language=\"" + chain.language +
-         "\" or @language=\"" + chain.fallback + "\" or @language=\"" + chain.secondFallback +
-         "\" or @language='en' or @language='en-gb']";
+/// The key stands in the query as it is: one with a double quote finds nothing.
+std::string ContentQuery(const std::string& key) {
+  return "contents/item[key=\"" + key + "\"]/content";
 }
 
 /// No node for a document that could not be loaded.
 XmlNode RootOf(const std::unique_ptr<XmlDocument>& document) {
   return document ? document->DocumentElement() : XmlNode();
+}
+
+/// The contents for a key in the languages that count. These are looked at here: as conditions of
+/// the query they cost several times as much, there being one content for each of many languages.
+/// A language with a double quote finds nothing, like such a key.
+std::vector<XmlNode> Candidates(const XmlNode& root, const std::string& key,
+                                const LanguageChain& chain) {
+  const std::array<std::string_view, 5> languages = {chain.language, chain.fallback,
+                                                     chain.secondFallback, "en", "en-gb"};
+  if (std::ranges::any_of(languages, [](auto id) { return id.find('"') != id.npos; })) return {};
+  std::vector<XmlNode> contents = root.SelectNodes(ContentQuery(key));
+  std::erase_if(contents, [&](const XmlNode& content) {
+    const auto language = content.Attribute("language");
+    return !language || std::ranges::find(languages, *language) == languages.end();
+  });
+  return contents;
 }
 
 /// A content that stands alone is taken whatever its language, so that English shows where nothing
@@ -87,9 +104,8 @@ std::string GetText(const std::string& key, bool padded, bool fromProductSetting
 
   const LanguageChain chain = inSecondLanguage ? SecondLanguageChain() : state.current;
   const auto& document = fromProductSettings ? state.productSettings : state.applicationLanguage;
-  const auto contents = AttemptOr(std::vector<XmlNode>(), [&] {
-    return RootOf(document).SelectNodes(ContentQuery(key, chain));
-  });
+  const auto contents =
+      AttemptOr(std::vector<XmlNode>(), [&] { return Candidates(RootOf(document), key, chain); });
   const XmlNode content = BestContent(contents, chain);
   if (!content) return padded ? "" : fromProductSettings ? defaultText : key;
   const std::string text = content.Text();

@@ -83,6 +83,10 @@ TEST_F(TextLookup, FindsNothingForAKeyWithADoubleQuote) {
   EXPECT_EQ(GetText("a\"b"), "a\"b");
 }
 
+TEST_F(TextLookup, FindsNothingInALanguageWithADoubleQuote) {
+  EXPECT_EQ(TextIn("d\"e", {{"en", "Text"}}), "Key");
+}
+
 TEST_F(TextLookup, FindsAKeyWithAnApostrophe) {
   WriteTexts(Item("don't", {{"de", "nicht"}}));
   StartIn("de");
