@@ -112,7 +112,7 @@ void frmSelect::Form_Load() {
 }
 
 void frmSelect::StartLoadingCatalogue() {
-  mProductsDoc = std::make_unique<XmlDocument>();
+  mProductsDoc = std::make_unique<XmlDocument>(CatalogueList());
   mProductsDoc->OnReadyStateChange([this] { mProductsDoc_onreadystatechange(); });
   mProductsDoc->Load(GetCatalogueURL());
 }
@@ -164,8 +164,7 @@ void frmSelect::ReportFailedCatalogue() {
 void frmSelect::BuildVoicesPage(const XmlDocument& catalogue) {
   VoicesPage page;
   Attempt([&] {
-    auto voices =
-        ReadCatalogue(catalogue.DocumentElement(), modI18N2::GetLanguage1(), mInstaller.get());
+    auto voices = ReadCatalogue(catalogue.Records(), modI18N2::GetLanguage1(), mInstaller.get());
     page = BuildPage(std::move(voices), Text,
                      {DefaultVoice("Speech.Voice1", 1), DefaultVoice("Speech.Voice2", 2)},
                      mQueueDoc ? mQueueDoc->DocumentElement() : XmlNode(), mInstaller.get());

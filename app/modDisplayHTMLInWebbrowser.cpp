@@ -4,6 +4,7 @@
 #include "app/modDisplayHTMLInWebbrowser.h"
 
 #include "core/attempt.h"
+#include "core/text.h"
 #include "paths/modPath.h"
 #include "platform/files.h"
 
@@ -15,14 +16,17 @@ namespace {
 
 /// The body's last line is the caller's to end. The byte-order mark alone tells the encoding.
 std::string Page(const std::string& body) {
-  return "<!DOCTYPE html>\r\n"
-         "<html>\r\n"
-         "<title>Downloads</title>\r\n"
-         "<style>body { font-family:segoe ui, tahoma, arial; padding:20px; }</style>\r\n"
-         "<body>\r\n" +
-         body +
-         "</body>\r\n"
-         "</html>\r\n";
+  std::string page;
+  core::Append(page,
+               {"<!DOCTYPE html>\r\n"
+                "<html>\r\n"
+                "<title>Downloads</title>\r\n"
+                "<style>body { font-family:segoe ui, tahoma, arial; padding:20px; }</style>\r\n"
+                "<body>\r\n",
+                body,
+                "</body>\r\n"
+                "</html>\r\n"});
+  return page;
 }
 
 }  // namespace

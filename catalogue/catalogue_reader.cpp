@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <utility>
 
 #include "catalogue/voice_names.h"
 #include "core/attempt.h"
@@ -14,13 +16,10 @@
 namespace {
 
 using core::Attempt;
-using core::AttemptOr;
-using platform::XmlNode;
+using platform::XmlRecord;
 
-/// Throws when the product has no such child.
-std::string ChildText(const XmlNode& product, const std::string& child) {
-  return product.SelectSingleNode(child).Text();
-}
+/// Where a record has the texts that CatalogueList names.
+enum Field : std::size_t { kName, kLanguage, kId, kSize, kProductCode, kLink };
 
 /// Whole megabytes, halves to the even neighbour: 1,500,000 bytes are 2, and so are 2,500,000. Any
 /// 32-bit number of bytes fits the result.
@@ -28,19 +27,21 @@ std::int16_t MegabytesFromBytes(const std::string& bytes) {
   return static_cast<std::int16_t>(std::nearbyint(core::Int32FromText(bytes) / 1'000'000.0));
 }
 
-bool IsDemonstration(const XmlNode& product) {
-  return AttemptOr(false,
-                   [&] { return core::ContainsIgnoringCase(ChildText(product, "name"), "demo"); });
+bool IsDemonstration(const XmlRecord& product) {
+  const auto& name = product.at(kName);
+  return name && core::ContainsIgnoringCase(*name, "demo");
 }
 
-clsVoice ReadProduct(const XmlNode& product) {
+clsVoice ReadProduct(const XmlRecord& product) {
+  // Throws when the product has no such child.
+  const auto text = [&](Field field) -> const std::string& { return product.at(field).value(); };
   clsVoice voice;
-  Attempt([&] { voice.Name = WithoutVendorWords(ChildText(product, "name")); });
-  Attempt([&] { voice.Name = ChildText(product, "language") + " " + voice.Name; });
-  Attempt([&] { voice.ID = ChildText(product, "id"); });
-  Attempt([&] { voice.Size = MegabytesFromBytes(ChildText(product, "size")); });
-  Attempt([&] { voice.SetProductCode(ChildText(product, "productcode")); });
-  Attempt([&] { voice.Link = ChildText(product, "link"); });
+  Attempt([&] { voice.Name = WithoutVendorWords(text(kName)); });
+  Attempt([&] { voice.Name = text(kLanguage) + " " + voice.Name; });
+  Attempt([&] { voice.ID = text(kId); });
+  Attempt([&] { voice.Size = MegabytesFromBytes(text(kSize)); });
+  Attempt([&] { voice.SetProductCode(text(kProductCode)); });
+  Attempt([&] { voice.Link = text(kLink); });
   return voice;
 }
 
@@ -50,12 +51,36 @@ bool IsSwedishOnly(const clsVoice& voice) {
          voice.Name.find("Elin") != std::string::npos;
 }
 
+/// Equal names stay in their order.
+std::vector<clsVoice> SortedByName(std::vector<clsVoice> voices) {
+  // What a comparison looks at is worked out once a name, and voices are moved once.
+  std::vector<std::pair<std::string, std::size_t>> order;
+  order.reserve(voices.size());
+  for (const clsVoice& voice : voices) {
+    order.emplace_back(platform::SortKey(voice.Name), order.size());
+  }
+  std::ranges::sort(order);
+  std::vector<clsVoice> sorted;
+  sorted.reserve(voices.size());
+  for (const auto& [key, place] : order) sorted.push_back(std::move(voices.at(place)));
+  return sorted;
+}
+
 }  // namespace
 
-std::vector<clsVoice> ReadCatalogue(const XmlNode& catalogue, const std::string& interfaceLanguage,
+platform::XmlList CatalogueList() {
+  return {"product",
+          "producttype",
+          "Windows Voices",
+          {"name", "language", "id", "size", "productcode", "link"}};
+}
+
+std::vector<clsVoice> ReadCatalogue(const std::vector<XmlRecord>& products,
+                                    const std::string& interfaceLanguage,
                                     const platform::WindowsInstaller* installer) {
   std::vector<clsVoice> voices;
-  for (const XmlNode& product : catalogue.SelectNodes("product[producttype='Windows Voices']")) {
+  voices.reserve(products.size());
+  for (const XmlRecord& product : products) {
     if (IsDemonstration(product)) continue;
     clsVoice voice = ReadProduct(product);
     if (IsSwedishOnly(voice) && interfaceLanguage != "sv" &&
@@ -64,8 +89,5 @@ std::vector<clsVoice> ReadCatalogue(const XmlNode& catalogue, const std::string&
     }
     voices.push_back(std::move(voice));
   }
-  std::ranges::stable_sort(voices, [](const clsVoice& left, const clsVoice& right) {
-    return platform::CompareText(left.Name, right.Name) < 0;
-  });
-  return voices;
+  return SortedByName(std::move(voices));
 }

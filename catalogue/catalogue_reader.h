@@ -8,16 +8,20 @@
 #include <vector>
 
 #include "platform/windows_installer.h"
-#include "platform/xml.h"
+#include "platform/xml_list.h"
 #include "voice/clsVoice.h"
+
+/// What a document has to be asked for: of the `product` children of the root element, those of the
+/// type "Windows Voices", and of them `name`, `language`, `id`, `size` (bytes), `productcode` and
+/// `link`.
+platform::XmlList CatalogueList();
 
 /// The voices of the catalogue that may be shown, in the order in which people look for them.
 ///
-/// `catalogue` is the root element: its `product` children of type "Windows Voices" are read, their
-/// children `name`, `language`, `id`, `size` (bytes), `productcode` and `link` as text. What a
-/// product lacks, or has malformed, leaves its record's member empty or 0. Demonstration products
-/// are left out, and so are the two Swedish voices unless `interfaceLanguage` is "sv" or they are
-/// installed: `installer` is asked about them; null where there is none.
-std::vector<clsVoice> ReadCatalogue(const platform::XmlNode& catalogue,
+/// `products` are the records of a CatalogueList. What a product lacks, or has malformed, leaves
+/// its voice's member empty or 0. Demonstration products are left out, and so are the two Swedish
+/// voices unless `interfaceLanguage` is "sv" or they are installed: `installer` is asked about
+/// them; null where there is none.
+std::vector<clsVoice> ReadCatalogue(const std::vector<platform::XmlRecord>& products,
                                     const std::string& interfaceLanguage,
                                     const platform::WindowsInstaller* installer);

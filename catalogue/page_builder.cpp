@@ -10,11 +10,15 @@
 
 #include "catalogue/voice_names.h"
 #include "core/attempt.h"
+#include "core/text.h"
 
 namespace {
 
 using core::Attempt;
 using platform::XmlNode;
+
+// Bytes of an offered voice's row, rather too many: memory that is not needed is never touched.
+constexpr std::size_t kUsualRow = 256;
 
 constexpr std::string_view kDefaultVoiceMessage = "defaultVoiceMessage";
 
@@ -22,36 +26,54 @@ constexpr std::string_view kDefaultVoiceMessage = "defaultVoiceMessage";
 class QueuedIds {
  public:
   explicit QueuedIds(const XmlNode& queue) : mQueue(queue) {
-    Attempt([&] {
-      for (const XmlNode& item : mQueue.SelectNodes("item")) mItemTexts.insert(item.Text());
-    });
+    if (!mQueue) return;
+    Attempt([&] { mTexts = TextsOf("item"); });
+    Attempt([&] { mIds = TextsOf("item/id"); });
   }
 
   /// An item lists an id as its own text, the form that this program writes, or in an element `id`.
-  /// Throws for an id that cannot stand in the query, and when there is no queue.
+  /// Throws for an id that cannot stand in the query.
   bool Contains(const std::string& id) const {
-    return mQueue.SelectSingleNode("item[id='" + id + "']") || mItemTexts.contains(id);
+    if (!mQueue) return false;
+    // An id with an apostrophe makes the query another one, or none.
+    if (id.find('\'') != std::string::npos) return IsSelected(id) || mTexts.contains(id);
+    if (mTexts.contains(id)) return true;
+    // The query compares an element's text as it is written, and is only put where it may succeed.
+    return mIds.contains(std::string(core::Trim(id, core::kXmlBlanks))) && IsSelected(id);
   }
 
  private:
+  std::unordered_set<std::string> TextsOf(const std::string& xpath) const {
+    std::unordered_set<std::string> texts;
+    for (const XmlNode& node : mQueue.SelectNodes(xpath)) texts.insert(node.Text());
+    return texts;
+  }
+
+  bool IsSelected(const std::string& id) const {
+    return static_cast<bool>(mQueue.SelectSingleNode("item[id='" + id + "']"));
+  }
+
   XmlNode mQueue;
-  std::unordered_set<std::string> mItemTexts;
+  std::unordered_set<std::string> mTexts;
+  std::unordered_set<std::string> mIds;
 };
 
-std::string Label(const std::string& checkboxId, const std::string& name) {
-  return "<td align='left'><label for='" + checkboxId + "'>" + name + "</label></td>";
+void AddLabel(std::string& rows, std::string_view checkboxId, const clsVoice& voice) {
+  core::Append(rows,
+               {"<td align='left'><label for='", checkboxId, "'>", voice.Name, "</label></td>"});
 }
 
-std::string InstalledRow(const std::string& checkboxId, const clsVoice& voice) {
-  return "<td><input type='checkbox' id='" + checkboxId + "' checked disabled>" +
-         Label(checkboxId, voice.Name) + "</tr>\r\n";
+void AddInstalledRow(std::string& rows, std::string_view checkboxId, const clsVoice& voice) {
+  core::Append(rows, {"<td><input type='checkbox' id='", checkboxId, "' checked disabled>"});
+  AddLabel(rows, checkboxId, voice);
+  rows += "</tr>\r\n";
 }
 
-std::string OfferedRow(const std::string& checkboxId, const std::string& ticks,
-                       const clsVoice& voice) {
-  return "<tr><td><input type='checkbox' id='" + checkboxId + "'" + ticks + ">" +
-         Label(checkboxId, voice.Name) + "<td align='right'>" + std::to_string(voice.Size) +
-         "MB</a></td></tr>\r\n";
+void AddOfferedRow(std::string& rows, std::string_view checkboxId, std::string_view ticks,
+                   const clsVoice& voice) {
+  core::Append(rows, {"<tr><td><input type='checkbox' id='", checkboxId, "'", ticks, ">"});
+  AddLabel(rows, checkboxId, voice);
+  core::Append(rows, {"<td align='right'>", std::to_string(voice.Size), "MB</a></td></tr>\r\n"});
 }
 
 bool IsDefault(const clsVoice& voice, const std::array<std::string, 2>& defaultVoices) {
@@ -83,14 +105,16 @@ VoicesPage BuildPage(std::vector<clsVoice> voices, const TextLookup& text,
   page.anyVoiceInstalled = std::ranges::any_of(voices, isInstalled);
 
   const QueuedIds queued(queue);
+  page.offered.reserve(voices.size());
   std::string offeredRows;
+  offeredRows.reserve(voices.size() * kUsualRow);
   std::string installedRows;
   // Rows of installed voices repeat the id of the offered voice before them: they are disabled and
   // never looked up, so an id of their own would serve nobody.
   std::string lastCheckboxId;
   for (clsVoice& voice : voices) {
     if (isInstalled(voice)) {
-      installedRows += InstalledRow(lastCheckboxId, voice);
+      AddInstalledRow(installedRows, lastCheckboxId, voice);
       continue;
     }
     if (voice.Size == 0) continue;  // nothing to download is nothing to offer
@@ -104,7 +128,7 @@ VoicesPage BuildPage(std::vector<clsVoice> voices, const TextLookup& text,
     Attempt([&] {
       if (queued.Contains(voice.ID)) ticks += " checked ";
     });
-    offeredRows += OfferedRow(lastCheckboxId, ticks, voice);
+    AddOfferedRow(offeredRows, lastCheckboxId, ticks, voice);
     page.offered.push_back(std::move(voice));
   }
 

@@ -45,7 +45,18 @@ std::string UpperCase(std::string_view text) {
 }
 
 bool ContainsIgnoringCase(std::string_view text, std::string_view part) {
-  return UpperCase(text).find(UpperCase(part)) != std::string::npos;
+  const auto same = [](char left, char right) {
+    return UpperCaseLetter(left) == UpperCaseLetter(right);
+  };
+  return part.empty() || !std::ranges::search(text, part, same).empty();
+}
+
+void Append(std::string& text, std::initializer_list<std::string_view> parts) {
+  std::size_t size = text.size();
+  for (const std::string_view part : parts) size += part.size();
+  // Not to the byte, or every addition would move what is there.
+  if (size > text.capacity()) text.reserve(std::max(size, 2 * text.capacity()));
+  for (const std::string_view part : parts) text += part;
 }
 
 std::string ReplaceAll(std::string text, std::string_view part, std::string_view replacement) {

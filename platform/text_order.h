@@ -7,9 +7,10 @@
 
 namespace platform {
 
-/// Negative, 0 or positive as `left` comes before, with or after `right` (UTF-8). Letter case is
-/// ignored, accented letters stand next to their base letter; the locale in force plays no part,
-/// so that every user sees the voices in one order.
-int CompareText(const std::string& left, const std::string& right);
+/// A key for `text` (UTF-8): texts stand in the order of their keys, compared byte by byte, and
+/// with each other where the keys are equal. Letter case is ignored, accented letters stand next to
+/// their base letter; the locale in force plays no part, so that every user sees the voices in one
+/// order.
+std::string SortKey(const std::string& text);
 
 }  // namespace platform

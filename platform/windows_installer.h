@@ -4,6 +4,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace platform {
@@ -16,9 +17,11 @@ class WindowsInstaller {
   WindowsInstaller(const WindowsInstaller&) = delete;
   WindowsInstaller& operator=(const WindowsInstaller&) = delete;
 
-  /// A property, such as "VersionString", of the product whose code ("{...}") is given. Throws when
-  /// the product is not known. A known product that lacks the property answers an empty text.
-  std::string ProductInfo(const std::string& productCode, const std::string& property) const;
+  /// A property, such as "VersionString", of the product whose code ("{...}") is given; absent when
+  /// the product is not known, for any reason. A known product that lacks the property answers an
+  /// empty text.
+  std::optional<std::string> ProductInfo(const std::string& productCode,
+                                         const std::string& property) const;
 
  private:
   struct Impl;

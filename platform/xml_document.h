@@ -6,8 +6,10 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/xml.h"
+#include "platform/xml_list.h"
 
 namespace platform {
 
@@ -16,6 +18,8 @@ namespace platform {
 class XmlDocument {
  public:
   XmlDocument();
+  /// A document that is a list: it has Records, and no nodes.
+  explicit XmlDocument(XmlList list);
   ~XmlDocument();
   XmlDocument(const XmlDocument&) = delete;
   XmlDocument& operator=(const XmlDocument&) = delete;
@@ -32,7 +36,7 @@ class XmlDocument {
 
   /// Takes the document from a text (UTF-8), at once and without telling the handler. A text that
   /// is not well-formed leaves the document empty, with ParseErrorCode set.
-  void LoadXml(const std::string& text);
+  void LoadXml(std::string text);
 
   /// 4 when no load is under way (also for a fresh document), less while one is.
   int ReadyState() const;
@@ -45,6 +49,9 @@ class XmlDocument {
 
   /// The root element; no node while the document holds nothing.
   XmlNode DocumentElement() const;
+
+  /// The records of a list; none while the document holds nothing.
+  const std::vector<XmlRecord>& Records() const;
 
   /// Writes the document as it came to a file, which is replaced as a whole or not at all.
   /// Throws when the document holds nothing (no file is touched) or cannot be written.

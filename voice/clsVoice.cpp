@@ -17,7 +17,8 @@ InstallState clsVoice::IsInstalled(const platform::WindowsInstaller* installer) 
   if (mInstallState != InstallState::kUnknown) return mInstallState;
   if (mProductCode.empty() || installer == nullptr) return InstallState::kUnknown;
   // The version itself does not matter: a product that has one to tell is installed.
-  const bool known = core::Attempt([&] { installer->ProductInfo(mProductCode, "VersionString"); });
+  const bool known = core::AttemptOr(
+      false, [&] { return installer->ProductInfo(mProductCode, "VersionString").has_value(); });
   mInstallState = known ? InstallState::kInstalled : InstallState::kNotInstalled;
   return mInstallState;
 }

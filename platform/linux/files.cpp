@@ -5,8 +5,13 @@
 
 #include <glib.h>
 #include <glib/gstdio.h>
+#include <unicode/ustring.h>
 
+#include <bit>
+#include <cstddef>
+#include <cstdint>
 #include <stdexcept>
+#include <string_view>
 
 #include "core/attempt.h"
 #include "platform/linux/file_access.h"
@@ -16,13 +21,19 @@
 namespace platform {
 namespace {
 
-std::string Utf16LittleEndian(const std::string& text) {
-  GErrorCheck error;
-  gsize count = 0;
-  const GMemory<char> converted(g_convert(text.data(), static_cast<gssize>(text.size()), "UTF-16LE",
-                                          "UTF-8", nullptr, &count, error.Out()));
-  error.Check();
-  return {converted.get(), count};
+static_assert(std::endian::native == std::endian::little, "units are written as they are kept");
+
+// With the mark that says so. Throws for what is no UTF-8.
+std::u16string MarkedUtf16(const std::string& text) {
+  constexpr char16_t kByteOrderMark = 0xFEFF;
+  std::u16string wide(1 + text.size(), kByteOrderMark);  // never more units than bytes
+  std::int32_t length = 0;
+  UErrorCode code = U_ZERO_ERROR;
+  u_strFromUTF8(wide.data() + 1, static_cast<std::int32_t>(text.size()), &length, text.data(),
+                static_cast<std::int32_t>(text.size()), &code);
+  if (U_FAILURE(code)) throw std::runtime_error(u_errorName(code));
+  wide.resize(1 + static_cast<std::size_t>(length));
+  return wide;
 }
 
 }  // namespace
@@ -44,10 +55,11 @@ void CreateFolder(const std::string& path) {
 }
 
 void WriteUtf16File(const std::string& path, const std::string& text) {
-  constexpr std::string_view kByteOrderMark = "\xFF\xFE";
   constexpr int kOnlyForItsOwner = 0600;
-  ReplaceFile(NativePath(path), std::string(kByteOrderMark) + Utf16LittleEndian(text),
-              kOnlyForItsOwner);
+  const std::u16string wide = MarkedUtf16(text);
+  const std::string_view bytes(reinterpret_cast<const char*>(wide.data()),
+                               wide.size() * sizeof(char16_t));
+  ReplaceFile(NativePath(path), bytes, kOnlyForItsOwner);
 }
 
 }  // namespace platform

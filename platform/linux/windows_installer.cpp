@@ -14,12 +14,13 @@
 
 #include <glib.h>
 
+#include <array>
 #include <cstddef>
 #include <map>
 #include <optional>
-#include <set>
 #include <stdexcept>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "core/text.h"
@@ -47,49 +48,55 @@ constexpr std::string_view kPerson = "S-1-5-21-";
 // Property names in upper case to their texts.
 using Properties = std::map<std::string, std::string>;
 
-// The keys that say a product is advertised, from the file that holds them for machine or user.
-// Names in the registry have no case; upper case stands for all.
-class AdvertisedProducts : public RegistryVisitor {
+struct Product {
+  bool advertisedForMachine = false;
+  bool advertisedForUser = false;
+  std::optional<Properties> ofMachine;
+  std::optional<Properties> ofPerson;
+};
+// By packed code. Names in the registry have no case; upper case stands for all.
+using Products = std::unordered_map<std::string, Product>;
+
+// What the key is called below its parent: a packed code, or one with keys of its own behind it,
+// which nobody will ask for. Absent for a key elsewhere.
+std::optional<std::string> CodeBelow(std::string_view parent, std::string_view key) {
+  if (!key.starts_with(parent)) return std::nullopt;
+  return std::string(key.substr(parent.size()));
+}
+
+// user.reg: the user's advertised products.
+class UserRegistry : public RegistryVisitor {
  public:
-  explicit AdvertisedProducts(std::string_view parent) : mParent(parent) {}
+  explicit UserRegistry(Products& products) : mProducts(products) {}
 
   bool OnKey(const std::string& path) override {
-    const std::string key = core::UpperCase(path);
-    if (key.starts_with(mParent)) mCodes.insert(key.substr(mParent.size()));
+    const auto code = CodeBelow(kUserProducts, core::UpperCase(path));
+    if (code) mProducts[*code].advertisedForUser = true;
     return false;
   }
   void OnText(const std::string&, const std::string&) override {}
 
-  bool Has(const std::string& packedCode) const { return mCodes.contains(packedCode); }
-
  private:
-  const std::string_view mParent;
-  std::set<std::string> mCodes;
+  Products& mProducts;
 };
 
 // system.reg: the machine's advertised products, and everybody's install properties.
 class MachineRegistry : public RegistryVisitor {
  public:
+  explicit MachineRegistry(Products& products) : mProducts(products) {}
+
   bool OnKey(const std::string& path) override {
-    mAdvertised.OnKey(path);
-    mOpen = PropertiesAt(core::UpperCase(path));
+    const std::string key = core::UpperCase(path);
+    const auto code = CodeBelow(kMachineProducts, key);
+    if (code) mProducts[*code].advertisedForMachine = true;
+    mOpen = PropertiesAt(key);
     return mOpen != nullptr;
   }
   void OnText(const std::string& name, const std::string& text) override {
     mOpen->insert_or_assign(core::UpperCase(name), text);
   }
 
-  const AdvertisedProducts& Advertised() const { return mAdvertised; }
-  const Properties* OfMachine(const std::string& packedCode) const {
-    return Find(mOfMachine, packedCode);
-  }
-  const Properties* OfPerson(const std::string& packedCode) const {
-    return Find(mOfPersons, packedCode);
-  }
-
  private:
-  using ByCode = std::map<std::string, Properties>;
-
   // Where the values of <SID>\Products\P\InstallProperties below the user data go, if it is that.
   Properties* PropertiesAt(const std::string& key) {
     if (!key.starts_with(kUserData)) return nullptr;
@@ -97,46 +104,36 @@ class MachineRegistry : public RegistryVisitor {
     if (levels.size() != 4 || levels.at(1) != kProducts || levels.at(3) != kInstallProperties) {
       return nullptr;
     }
-    if (levels.at(0) == kMachine) return &mOfMachine[levels.at(2)];
+    const bool isMachine = levels.at(0) == kMachine;
     // A prefix is one person's: whatever identifier it was made with is the user's.
-    if (levels.at(0).starts_with(kPerson)) return &mOfPersons[levels.at(2)];
-    return nullptr;
+    if (!isMachine && !levels.at(0).starts_with(kPerson)) return nullptr;
+    Product& product = mProducts[levels.at(2)];
+    auto& properties = isMachine ? product.ofMachine : product.ofPerson;
+    if (!properties) properties.emplace();
+    return &*properties;
   }
 
-  static const Properties* Find(const ByCode& properties, const std::string& packedCode) {
-    const auto found = properties.find(packedCode);
-    return found == properties.end() ? nullptr : &found->second;
-  }
-
-  AdvertisedProducts mAdvertised{kMachineProducts};
-  ByCode mOfMachine;
-  ByCode mOfPersons;
+  Products& mProducts;
   Properties* mOpen = nullptr;
 };
 
-bool IsProductCode(std::string_view code) {
-  constexpr std::string_view kForm = "{xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx}";
-  if (code.size() != kForm.size()) return false;
-  for (std::size_t i = 0; i < kForm.size(); ++i) {
-    const bool fits = kForm.at(i) == 'x' ? g_ascii_isxdigit(code.at(i)) : code.at(i) == kForm.at(i);
-    if (!fits) return false;
-  }
-  return true;
-}
-
-// The registry's spelling: {12345678-9ABC-DEF0-1122-334455667788} is
+// The registry's spelling of a product code: {12345678-9ABC-DEF0-1122-334455667788} is
 // 87654321CBA90FED1122334455667788. Three groups backwards, then eight pairs of digits each
-// backwards.
-std::string PackedCode(const std::string& productCode) {
-  if (!IsProductCode(productCode)) throw std::invalid_argument("not a product code");
-  std::string digits = core::UpperCase(productCode);
-  std::erase_if(digits, [](char character) { return !g_ascii_isxdigit(character); });
-  std::string packed;
-  std::size_t start = 0;
-  for (const std::size_t length : {8, 4, 4, 2, 2, 2, 2, 2, 2, 2, 2}) {
-    const std::string group = digits.substr(start, length);
-    packed.append(group.rbegin(), group.rend());
-    start += length;
+// backwards. Absent for what is no product code.
+std::optional<std::string> PackedCode(const std::string& productCode) {
+  constexpr std::string_view kForm = "{xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx}";
+  constexpr std::array<std::size_t, 32> kPlaces = {8,  7,  6,  5,  4,  3,  2,  1,  13, 12, 11,
+                                                   10, 18, 17, 16, 15, 21, 20, 23, 22, 26, 25,
+                                                   28, 27, 30, 29, 32, 31, 34, 33, 36, 35};
+  if (productCode.size() != kForm.size()) return std::nullopt;
+  for (std::size_t i = 0; i < kForm.size(); ++i) {
+    const char character = productCode[i];
+    const bool fits = kForm[i] == 'x' ? g_ascii_isxdigit(character) : character == kForm[i];
+    if (!fits) return std::nullopt;
+  }
+  std::string packed(kPlaces.size(), '\0');
+  for (std::size_t i = 0; i < kPlaces.size(); ++i) {
+    packed[i] = g_ascii_toupper(productCode[kPlaces[i]]);
   }
   return packed;
 }
@@ -158,30 +155,37 @@ std::string PrefixOrThrow() {
 
 struct WindowsInstaller::Impl {
   explicit Impl(const std::string& prefix) {
+    MachineRegistry machine(products);
     ReadRegistry(ReadRegularFile(prefix + "/system.reg", kRegistryFileLimit), machine);
     // A prefix in which nobody has set anything has no file for it.
     const std::string userFile = prefix + "/user.reg";
-    if (IsRegularFile(userFile)) ReadRegistry(ReadRegularFile(userFile, kRegistryFileLimit), user);
+    if (!IsRegularFile(userFile)) return;
+    UserRegistry user(products);
+    ReadRegistry(ReadRegularFile(userFile, kRegistryFileLimit), user);
   }
 
-  const Properties* Find(const std::string& packedCode) const {
-    if (user.Has(packedCode)) return machine.OfPerson(packedCode);
-    if (machine.Advertised().Has(packedCode)) return machine.OfMachine(packedCode);
-    return nullptr;
+  const std::optional<Properties>& Find(const std::string& packedCode) const {
+    static const std::optional<Properties> kNone;
+    const auto found = products.find(packedCode);
+    if (found == products.end()) return kNone;
+    const Product& product = found->second;
+    if (product.advertisedForUser) return product.ofPerson;
+    return product.advertisedForMachine ? product.ofMachine : kNone;
   }
 
-  MachineRegistry machine;
-  AdvertisedProducts user{kUserProducts};
+  Products products;
 };
 
 WindowsInstaller::WindowsInstaller() : mImpl(std::make_unique<Impl>(PrefixOrThrow())) {}
 
 WindowsInstaller::~WindowsInstaller() = default;
 
-std::string WindowsInstaller::ProductInfo(const std::string& productCode,
-                                          const std::string& property) const {
-  const Properties* properties = mImpl->Find(PackedCode(productCode));
-  if (!properties) throw std::runtime_error("the product is not installed: " + productCode);
+std::optional<std::string> WindowsInstaller::ProductInfo(const std::string& productCode,
+                                                         const std::string& property) const {
+  const std::optional<std::string> packedCode = PackedCode(productCode);
+  if (!packedCode) return std::nullopt;
+  const std::optional<Properties>& properties = mImpl->Find(*packedCode);
+  if (!properties) return std::nullopt;
   const auto found = properties->find(StoredName(property));
   return found == properties->end() ? std::string() : found->second;
 }

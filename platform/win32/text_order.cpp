@@ -11,17 +11,23 @@
 
 namespace platform {
 
-int CompareText(const std::string& left, const std::string& right) {
+std::string SortKey(const std::string& text) {
   // String sort: hyphen and apostrophe are characters like others, not nearly nothing.
   constexpr DWORD kRules =
-      NORM_IGNORECASE | NORM_IGNOREKANATYPE | NORM_IGNOREWIDTH | SORT_STRINGSORT;
-  const std::wstring wideLeft = WideText(left);
-  const std::wstring wideRight = WideText(right);
-  const int result = CompareStringEx(LOCALE_NAME_INVARIANT, kRules, wideLeft.data(),
-                                     static_cast<int>(wideLeft.size()), wideRight.data(),
-                                     static_cast<int>(wideRight.size()), nullptr, nullptr, 0);
-  if (result == 0) throw std::runtime_error("the texts cannot be compared");
-  return result - CSTR_EQUAL;
+      LCMAP_SORTKEY | NORM_IGNORECASE | NORM_IGNOREKANATYPE | NORM_IGNOREWIDTH | SORT_STRINGSORT;
+  if (text.empty()) return "";
+  const std::wstring wide = WideText(text);
+  // The sizes of a sort key are bytes.
+  const auto write = [&](char* key, int size) {
+    const int written =
+        LCMapStringEx(LOCALE_NAME_INVARIANT, kRules, wide.data(), static_cast<int>(wide.size()),
+                      reinterpret_cast<wchar_t*>(key), size, nullptr, nullptr, 0);
+    if (written == 0) throw std::runtime_error("the text has no place in an order");
+    return written;
+  };
+  std::string key(static_cast<std::size_t>(write(nullptr, 0)), '\0');
+  write(key.data(), static_cast<int>(key.size()));
+  return key;
 }
 
 }  // namespace platform

@@ -3,6 +3,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/windows_installer.h"
 
+#include "core/attempt.h"
 #include "platform/win32/automation.h"
 #include "platform/win32/com.h"
 
@@ -26,11 +27,13 @@ WindowsInstaller::WindowsInstaller() : mImpl(std::make_unique<Impl>()) {}
 
 WindowsInstaller::~WindowsInstaller() = default;
 
-std::string WindowsInstaller::ProductInfo(const std::string& productCode,
-                                          const std::string& property) const {
-  Variant code{WideText(productCode)}, name{WideText(property)}, answer;
-  GetMember(mImpl->installer, L"ProductInfo", {&code, &name}, answer);
-  return answer.Utf8();
+std::optional<std::string> WindowsInstaller::ProductInfo(const std::string& productCode,
+                                                         const std::string& property) const {
+  return core::AttemptOr(std::optional<std::string>(), [&] {
+    Variant code{WideText(productCode)}, name{WideText(property)}, answer;
+    GetMember(mImpl->installer, L"ProductInfo", {&code, &name}, answer);
+    return std::optional(answer.Utf8());
+  });
 }
 
 }  // namespace platform

@@ -6,6 +6,7 @@
 
 #include <optional>
 #include <stdexcept>
+#include <string_view>
 #include <utility>
 
 #include "core/attempt.h"
@@ -44,12 +45,16 @@ struct XmlDocument::Impl : std::enable_shared_from_this<Impl> {
   void Clear();
   void Load(const std::string& addressOrPath);
   void Take(std::optional<std::string> text);
+  void Read(std::string_view text);
   void TellLater();
   void Tell();
 
   std::function<void()> handler;
+  std::optional<XmlList> list;
   std::string bytes;
+  bool holdsAnything = false;
   XmlNode document;
+  std::vector<XmlRecord> records;
   int readyState = kComplete;
   int errorCode = 0;
   std::unique_ptr<HttpDownload> download;
@@ -58,6 +63,8 @@ struct XmlDocument::Impl : std::enable_shared_from_this<Impl> {
 };
 
 XmlDocument::XmlDocument() : mImpl(std::make_shared<Impl>()) {}
+
+XmlDocument::XmlDocument(XmlList list) : XmlDocument() { mImpl->list = std::move(list); }
 
 XmlDocument::~XmlDocument() {
   mImpl->handler = nullptr;
@@ -70,9 +77,9 @@ void XmlDocument::OnReadyStateChange(std::function<void()> handler) {
 
 void XmlDocument::Load(const std::string& addressOrPath) { mImpl->Load(addressOrPath); }
 
-void XmlDocument::LoadXml(const std::string& text) {
+void XmlDocument::LoadXml(std::string text) {
   mImpl->Clear();
-  mImpl->Take(text);
+  mImpl->Take(std::move(text));
 }
 
 int XmlDocument::ReadyState() const { return mImpl->readyState; }
@@ -85,8 +92,10 @@ XmlNode XmlDocument::DocumentElement() const {
   return mImpl->document ? mImpl->document.SelectSingleNode("/*") : XmlNode();
 }
 
+const std::vector<XmlRecord>& XmlDocument::Records() const { return mImpl->records; }
+
 void XmlDocument::Save(const std::string& path) const {
-  if (!mImpl->document) throw std::runtime_error("the document holds nothing to save");
+  if (!mImpl->holdsAnything) throw std::runtime_error("the document holds nothing to save");
   ReplaceWholeFile(SystemPath(path), mImpl->bytes);
 }
 
@@ -95,7 +104,9 @@ void XmlDocument::Impl::Clear() {
   download.reset();
   telling.reset();
   bytes.clear();
+  holdsAnything = false;
   document = XmlNode();
+  records.clear();
   readyState = kComplete;
   errorCode = 0;
 }
@@ -122,10 +133,19 @@ void XmlDocument::Impl::Take(std::optional<std::string> text) {
   readyState = kComplete;
   errorCode = kFailed;
   core::Attempt([&] {
-    document = ParseXml(text.value());
+    Read(text.value());
     bytes = std::move(text).value();
+    holdsAnything = true;
     errorCode = 0;
   });
+}
+
+void XmlDocument::Impl::Read(std::string_view text) {
+  if (list) {
+    records = ReadXmlList(text, *list);
+  } else {
+    document = ParseXml(text);
+  }
 }
 
 void XmlDocument::Impl::TellLater() {

@@ -20,20 +20,32 @@ namespace platform {
 
 struct XmlDocument::Impl {
   std::function<void()> handler;
+  std::optional<XmlList> list;
   std::string source;
+  bool holdsAnything = false;
   XmlNode node;
+  std::vector<XmlRecord> records;
   int readyState = 4;
   int parseErrorCode = 0;
 
   void Take(const std::optional<std::string>& bytes) {
-    node = bytes ? core::AttemptOr(XmlNode(), [&] { return ParseXml(*bytes); }) : XmlNode();
-    source = node ? *bytes : "";
-    parseErrorCode = node ? 0 : 1;
+    node = XmlNode();
+    records.clear();
+    holdsAnything = core::Attempt([&] {
+      if (list) {
+        records = ReadXmlList(bytes.value(), *list);
+      } else {
+        node = ParseXml(bytes.value());
+      }
+    });
+    source = holdsAnything ? *bytes : "";
+    parseErrorCode = holdsAnything ? 0 : 1;
     readyState = 4;
   }
 };
 
 XmlDocument::XmlDocument() : mImpl(std::make_shared<Impl>()) {}
+XmlDocument::XmlDocument(XmlList list) : XmlDocument() { mImpl->list = std::move(list); }
 XmlDocument::~XmlDocument() { mImpl->handler = nullptr; }
 
 void XmlDocument::OnReadyStateChange(std::function<void()> handler) {
@@ -63,7 +75,7 @@ void XmlDocument::Load(const std::string& addressOrPath) {
   });
 }
 
-void XmlDocument::LoadXml(const std::string& text) { mImpl->Take(text); }
+void XmlDocument::LoadXml(std::string text) { mImpl->Take(std::move(text)); }
 int XmlDocument::ReadyState() const { return mImpl->readyState; }
 int XmlDocument::ParseErrorCode() const { return mImpl->parseErrorCode; }
 XmlNode XmlDocument::DocumentNode() const { return mImpl->node; }
@@ -71,8 +83,10 @@ XmlNode XmlDocument::DocumentElement() const {
   return mImpl->node ? mImpl->node.SelectSingleNode("*") : XmlNode();
 }
 
+const std::vector<XmlRecord>& XmlDocument::Records() const { return mImpl->records; }
+
 void XmlDocument::Save(const std::string& path) const {
-  if (!mImpl->node) throw std::logic_error("the document holds nothing");
+  if (!mImpl->holdsAnything) throw std::logic_error("the document holds nothing");
   auto& world = fake::TheWorld();
   world.journal.push_back("Save " + path);
   const auto folder = path.substr(0, path.rfind('\\'));
@@ -121,12 +135,14 @@ WindowsInstaller::WindowsInstaller() {
 
 WindowsInstaller::~WindowsInstaller() = default;
 
-std::string WindowsInstaller::ProductInfo(const std::string& productCode,
-                                          const std::string& property) const {
+std::optional<std::string> WindowsInstaller::ProductInfo(const std::string& productCode,
+                                                         const std::string& property) const {
   auto& world = fake::TheWorld();
   world.installerQuestions.push_back(productCode + " " + property);
-  const std::string& version = world.installedProducts.value().at(productCode);
-  return property == "VersionString" ? version : "";
+  if (!world.installedProducts || !world.installedProducts->contains(productCode)) {
+    return std::nullopt;
+  }
+  return property == "VersionString" ? world.installedProducts->at(productCode) : "";
 }
 
 int OperatingSystemMajorVersion() { return fake::TheWorld().systemMajorVersion.value(); }

@@ -114,7 +114,9 @@ class InstallerOnLinux : public ServiceCase {
   static void Write(const char* file, const std::string& keys) {
     support::WriteBytes(peer::Prefix() / file, "WINE REGISTRY Version 2\n" + keys);
   }
-  static std::string Version() { return WindowsInstaller().ProductInfo(kCode, "VersionString"); }
+  static std::optional<std::string> Version() {
+    return WindowsInstaller().ProductInfo(kCode, "VersionString");
+  }
 
   static constexpr char kMachine[] = "S-1-5-18";
   static constexpr char kUser[] = "S-1-5-21-0-0-0-1000";
@@ -142,17 +144,17 @@ TEST_F(InstallerOnLinux, DoesNotKnowAProductByOneKeyAlone) {
        {MachineProduct(), Properties(kMachine, "1.2"), Properties(kUser, "1.2"),
         MachineProduct() + Properties(kUser, "1.2")}) {
     Write("system.reg", keys);
-    EXPECT_ANY_THROW(Version()) << keys;
+    EXPECT_EQ(Version(), std::nullopt) << keys;
   }
   Write("user.reg", UserProduct());
   Write("system.reg", Properties(kMachine, "1.2"));
-  EXPECT_ANY_THROW(Version());
+  EXPECT_EQ(Version(), std::nullopt);
 }
 
 TEST_F(InstallerOnLinux, DoesNotTakeKeysBelowForTheKeys) {
   Write("system.reg", MachineProduct().insert(MachineProduct().find(']'), "\\\\SourceList") +
                           Properties(kMachine, "1.2"));
-  EXPECT_ANY_THROW(Version());
+  EXPECT_EQ(Version(), std::nullopt);
 }
 
 TEST_F(InstallerOnLinux, TellsNoLetterCaseApart) {
@@ -240,8 +242,8 @@ TEST_F(RealPrefix, TellsWhatIsInstalled) {
   EXPECT_EQ(installer.ProductInfo(kCode, "VersionString"), "1.2.3");
   EXPECT_EQ(installer.ProductInfo(kUsersCode, "VersionString"), "2.3.4");
   EXPECT_EQ(installer.ProductInfo(kCode, "InstalledProductName"), "A voice");
-  EXPECT_ANY_THROW(
-      installer.ProductInfo("{32345678-9ABC-DEF0-1122-334455667788}", "VersionString"));
+  EXPECT_EQ(installer.ProductInfo("{32345678-9ABC-DEF0-1122-334455667788}", "VersionString"),
+            std::nullopt);
 }
 
 TEST_F(RealPrefix, HasTheFoldersOfApplicationData) {

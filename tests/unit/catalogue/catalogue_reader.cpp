@@ -16,8 +16,12 @@ class CatalogueReader : public CatalogueTest {
  protected:
   std::string mLanguage = "en";
 
+  std::vector<clsVoice> ReadDocument(const std::string& document) const {
+    return ReadCatalogue(platform::ReadXmlList(document, CatalogueList()), mLanguage, &mInstaller);
+  }
+
   std::vector<clsVoice> Read(const std::string& products) const {
-    return ReadCatalogue(Root("<catalogue>" + products + "</catalogue>"), mLanguage, &mInstaller);
+    return ReadDocument("<catalogue>" + products + "</catalogue>");
   }
 
   clsVoice ReadOne(const std::string& product) const { return Read(product).at(0); }
@@ -64,7 +68,7 @@ TEST_F(CatalogueReader, ReadsDirectChildrenOfTheRootAlone) {
 }
 
 TEST_F(CatalogueReader, TakesARootElementOfAnyName) {
-  const auto voices = ReadCatalogue(Root("<x>" + Product().Xml() + "</x>"), "en", &mInstaller);
+  const auto voices = ReadDocument("<x>" + Product().Xml() + "</x>");
   EXPECT_EQ(voices.size(), 1U);
 }
 
@@ -196,9 +200,10 @@ TEST_F(CatalogueReader, KeepsTheSwedishVoicesOfThoseWhoHaveThem) {
 }
 
 TEST_F(CatalogueReader, DropsTheSwedishVoicesWithoutWindowsInstaller) {
-  EXPECT_THAT(ReadCatalogue(Root("<c>" + Product{.name = "Erik", .code = "A"}.Xml() + "</c>"), "en",
-                            nullptr),
-              IsEmpty());
+  const auto products = platform::ReadXmlList(
+      "<c>" + Product{.name = "Erik", .code = "A"}.Xml() + "</c>", CatalogueList());
+  EXPECT_EQ(products.size(), 1U);
+  EXPECT_THAT(ReadCatalogue(products, "en", nullptr), IsEmpty());
 }
 
 TEST_F(CatalogueReader, KnowsTheSwedishVoicesByAnyPartOfTheDisplayName) {

@@ -244,6 +244,25 @@ TEST_F(PageBuilder, TicksAVoiceThatTheQueueListsWithBlanksAround) {
   EXPECT_EQ(Rows({Voice("A", "12")}), Row("12", "A", " checked "));
 }
 
+TEST_F(PageBuilder, ComparesAnElementOfTheQueueAsItIsWritten) {
+  mQueue = Root("<queue><item><id> 12 </id><name>x</name></item></queue>");
+  EXPECT_EQ(Rows({Voice("A", "12"), Voice("B", " 12 ")}),
+            Row("12", "A") + Row(" 12 ", "B", " checked "));
+}
+
+TEST_F(PageBuilder, TicksTheVoicesOfALongQueue) {
+  std::string items, expected;
+  std::vector<clsVoice> voices;
+  for (int i = 0; i < 20'000; ++i) {
+    const std::string id = std::to_string(i);
+    items += "<item>" + id + "</item>";
+    voices.push_back(Voice("A", id));
+    expected += Row(id, "A", " checked ");
+  }
+  mQueue = Root("<queue>" + items + "</queue>");
+  EXPECT_EQ(Rows(voices), expected);
+}
+
 TEST_F(PageBuilder, ComparesQueuedIdsExactly) {
   mQueue = Root("<queue><item>ab</item><item>112</item></queue>");
   EXPECT_EQ(Rows({Voice("A", "AB"), Voice("B", "12")}), Row("AB", "A") + Row("12", "B"));

@@ -46,6 +46,19 @@ TEST(ContainsIgnoringCase, MissesAPartThatIsNotWhole) {
   EXPECT_FALSE(core::ContainsIgnoringCase("", "PARVIX###"));
 }
 
+TEST(ContainsIgnoringCase, FindsNothingInEveryText) {
+  EXPECT_TRUE(core::ContainsIgnoringCase("a", ""));
+  EXPECT_TRUE(core::ContainsIgnoringCase("", ""));
+}
+
+TEST(Append, AddsAllPartsAtTheEnd) {
+  std::string text = "a";
+  core::Append(text, {"b", "", "cd"});
+  EXPECT_EQ(text, "abcd");
+  core::Append(text, {});
+  EXPECT_EQ(text, "abcd");
+}
+
 TEST(ReplaceAll, ReplacesEveryOccurrence) {
   EXPECT_EQ(core::ReplaceAll("a.b.c", ".", "--"), "a--b--c");
   EXPECT_EQ(core::ReplaceAll("a.b.", ".", ""), "ab");
