@@ -49,6 +49,21 @@ class Closing(scenario.Scenario):
         self.assertFalse(self.prefix.queue.exists())
         self.assertEqual([], self.calls(self.installer))
 
+    def test_closing_at_the_first_moment_while_the_catalogue_comes_ends_it(self):
+        self.serve(CATALOGUE)
+        program = self.start()
+        self.see(self.probe.form, "the window")
+        self.close_with_prompt(program)
+
+    def test_closing_both_messages_of_a_failure_by_their_frames_ends_it(self):
+        self.serve(CATALOGUE, fail="cut-short")
+        program = self.start()
+        self.see_message(scenario.FAILURE)
+        self.probe.close_message()
+        self.see_message(scenario.PROMPT)
+        self.probe.close_message()
+        self.see_end(program)
+
 
 if __name__ == "__main__":
     scenario.main()

@@ -312,6 +312,11 @@ class Probe:
         [button] = message.of_kind("Button")
         self.ask("press", button.number)
 
+    def close_message(self):
+        """By its frame."""
+        [message] = self._message_windows()
+        self.ask("close", message.number)
+
     def end(self):
         with contextlib.suppress(BrokenPipeError):
             self._process.stdin.close()
