@@ -5,7 +5,7 @@ import time
 
 # Enough for letters on a few grounds; a picture then has a third of its size.
 COLOURS = 96
-PATIENCE_SECONDS = 8
+PATIENCE_SECONDS = 15
 REST_SECONDS = 0.5
 MOVES = 5
 
@@ -17,23 +17,24 @@ def _display():
 
 
 class Camera:
-    """Takes one picture after the other, no two of them alike."""
+    """Takes one picture after the other, no two of them alike, and none like what there was when the
+    camera was set up."""
 
     def __init__(self):
-        self._before = b""
+        self._before = _display()
 
     def take(self, file, moving=False):
         """All windows, once they have looked the same for a moment: then everything is painted. Of
         something that moves, after some looks that differ. Says whether it was so."""
-        deadline = time.monotonic() + PATIENCE_SECONDS
-        now, since, changes = _display(), time.monotonic(), 0
+        begin = time.monotonic()
+        now, since, changes = _display(), begin, 0
         while True:
             last, now = now, _display()
             if now != last:
                 since, changes = time.monotonic(), changes + 1
-            at_rest = time.monotonic() - since >= REST_SECONDS
-            as_wanted = now != self._before and (changes >= MOVES if moving else at_rest)
-            if as_wanted or time.monotonic() >= deadline:
+            rested = time.monotonic() - since >= REST_SECONDS
+            as_wanted = now != self._before and (changes >= MOVES if moving else rested)
+            if as_wanted or time.monotonic() - begin >= PATIENCE_SECONDS:
                 break
         self._before = now
         file.parent.mkdir(parents=True, exist_ok=True)
