@@ -72,6 +72,13 @@ VARIANT Empty() {
   return value;
 }
 
+/// Not what lies around the page, since its children are painted with it.
+BOOL CALLBACK PaintBeside(HWND window, LPARAM number) {
+  const auto page = reinterpret_cast<HWND>(number);
+  if (window != page && !IsChild(window, page)) UpdateWindow(window);
+  return TRUE;
+}
+
 HRESULT Tried(const auto& step) { return core::Attempt(step) ? S_OK : E_FAIL; }
 
 }  // namespace
@@ -295,6 +302,8 @@ void PageControl::TakeEvents() {
 void PageControl::Told(const Fields& event) {
   const std::string& what = event.at(1);
   if (what == "painted") {
+    // First what else of the form waits for it: a page that moves would never let it.
+    EnumChildWindows(GetAncestor(mWindow, GA_ROOT), PaintBeside, reinterpret_cast<LPARAM>(mWindow));
     InvalidateRect(mWindow, nullptr, FALSE);
   } else if (what == "navigating" || what == "opening") {
     const std::string& address = event.at(3);
