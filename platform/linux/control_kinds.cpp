@@ -72,12 +72,24 @@ void AddStyle(GtkWidget* widget, const char* style) {
 // Percents of the system's size.
 constexpr int kSmallestText = 75;
 constexpr int kTextStep = 5;
+// Of the system's size as it usually is, 10 points. Where it is larger, there is more to take away.
+constexpr double kSmallestPoints = 10.0 * kSmallestText / 100;
+
+/// The size, in points, that the system wants texts in.
+double SystemPoints(GtkWidget* widget) {
+  const PangoFontDescription* const font =
+      pango_context_get_font_description(gtk_widget_get_pango_context(widget));
+  const double size = static_cast<double>(pango_font_description_get_size(font)) / PANGO_SCALE;
+  constexpr int kTwipsPerPoint = 20;
+  return pango_font_description_get_size_is_absolute(font) ? size * TwipsPerUnit() / kTwipsPerPoint
+                                                           : size;
+}
 
 class CommandButton : public Control::Impl {
  public:
   explicit CommandButton(const std::string& name)
       : Impl("CommandButton", name, gtk_button_new_with_mnemonic("")) {
-    gtk_label_set_ellipsize(Text(), PANGO_ELLIPSIZE_END);
+    PrepareText();
     AddStyle(Widget(), "button { min-width: 0; min-height: 0; padding: 0 4px; }");
     mClicked = Connect<void()>(Widget(), "clicked", [this] {
       // A copy: the handler may end the form, and this control's handler with it.
@@ -89,7 +101,7 @@ class CommandButton : public Control::Impl {
   void SetCaption(const std::string& caption) override {
     mCaption = caption;
     gtk_button_set_label(GTK_BUTTON(Widget()), MnemonicText(caption).c_str());
-    gtk_label_set_ellipsize(Text(), PANGO_ELLIPSIZE_END);
+    PrepareText();
     FitText();
     if (mHasDirection) platform::SetDirection(GTK_WIDGET(Text()), mRightToLeft);
   }
@@ -107,6 +119,7 @@ class CommandButton : public Control::Impl {
   void End() override {
     mHandler = nullptr;
     mClicked = {};
+    mStyled = {};
     Impl::End();
   }
 
@@ -114,11 +127,19 @@ class CommandButton : public Control::Impl {
   // GTK makes a new label whenever the button's text changes.
   GtkLabel* Text() const { return GTK_LABEL(gtk_bin_get_child(GTK_BIN(Widget()))); }
 
+  void PrepareText() {
+    gtk_label_set_ellipsize(Text(), PANGO_ELLIPSIZE_END);
+    mStyled = Connect<void()>(Text(), "style-updated", [this] { FitText(); });
+  }
+
   /// The button keeps its size in every language, so a long word is written a little smaller; only
   /// one that would become hard to read is cut.
   void FitText() {
     // Step by step and measured each time, since letters have whole pixels.
-    for (int percents = 100; percents >= kSmallestText; percents -= kTextStep) {
+    const double points = SystemPoints(Widget());
+    for (int percents = 100;
+         percents >= kSmallestText || points * percents / 100 >= kSmallestPoints;
+         percents -= kTextStep) {
       SetLabelFont(Text(), mFont, percents / 100.0);
       int wanted = 0;
       gtk_widget_get_preferred_width(GTK_WIDGET(Text()), nullptr, &wanted);
@@ -142,6 +163,7 @@ class CommandButton : public Control::Impl {
   bool mHasDirection = false;
   std::function<void()> mHandler;
   SignalConnection mClicked;
+  SignalConnection mStyled;
 };
 
 class Label : public Control::Impl {
