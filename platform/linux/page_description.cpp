@@ -9,10 +9,11 @@ namespace platform {
 namespace {
 
 /// A label belongs to the first box with its id. Left at that, this box would be called by the
-/// texts of all labels with the id, and toggled by a click on any of them.
+/// texts of all labels with the id, and toggled by a click on any of them. The functions are the
+/// prototype's, since an element that is named as one of the document's stands before that one.
 constexpr const char* kDescribe = R"(
-  document.getElementById("busy")?.setAttribute("aria-label", busyText);
-  for (const row of document.querySelectorAll("tr")) {
+  Document.prototype.getElementById.call(document, "busy")?.setAttribute("aria-label", busyText);
+  for (const row of Document.prototype.querySelectorAll.call(document, "tr")) {
     const box = row.querySelector("input");
     const label = row.querySelector("label");
     if (!box || !label || label.control === box) continue;

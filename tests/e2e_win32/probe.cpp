@@ -8,14 +8,13 @@
 //   front               the window in front
 //   focus               the window in it that has the keyboard
 //   accessible WINDOW   what screen readers are told of it: state, name; see oleacc.h
-//   told                what windows have told them since the probe began: event, window; see
-//   winuser.h load LIBRARY        loads a library by its bare name; says 1 where one was found
+//   told                the events that windows have told them so far: number, window
+//   load LIBRARY        loads a library by its bare name; says 1 where one was found
 //   guard               from now on in the way of the program, which trusts the system's only
 //
 // Windows are numbers. Texts are percent-encoded.
 //
 // SPDX-License-Identifier: MIT
-#include <oleacc.h>
 #include <windows.h>
 
 #include <iostream>
@@ -29,6 +28,9 @@
 #include "platform/win32/system_library.h"
 #include "platform/win32/text.h"
 #include "platform/win32/window_name.h"
+
+// Behind the header that it needs.
+#include <oleacc.h>
 
 namespace {
 

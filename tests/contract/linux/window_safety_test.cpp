@@ -204,6 +204,16 @@ TEST_F(Safety, NoWindowIsOpened) {
   EXPECT_FALSE(peer::RunUntil([&] { return windows() != before; }, std::chrono::milliseconds(500)));
 }
 
+TEST_F(Safety, TheHostNamesBoxesWhateverTheElementsOfThePageAreCalled) {
+  Show("",
+       "<img name=querySelectorAll><table>"
+       "<tr><td><input id=a><td><label for=a>First</label></tr>"
+       "<tr><td><input id=a><td><label for=a>Second</label></tr></table>");
+  EXPECT_TRUE(peer::RunUntil([&] {
+    return Ask("document.getElementsByTagName('input')[1].getAttribute('aria-label')") == "Second";
+  }));
+}
+
 TEST_F(Safety, NothingIsLeftInTheHome) {
   Show("", "");
   const std::string home = g_get_home_dir();
