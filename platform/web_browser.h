@@ -46,8 +46,9 @@ class WebBrowser {
   /// it; true cancels. The address of a local file may be spelt as path or as file: URL.
   void OnBeforeNavigate(std::function<bool(const std::string& address)> handler);
 
-  /// What assistive technology calls the element with the id "busy" in pages that have one, from the
-  /// next navigation on: a file of no language says in pictures alone that something is under way.
+  /// What assistive technology calls the element with the id "busy" in pages that have one, from
+  /// the next navigation on: a file of no language says in pictures alone that something is under
+  /// way.
   void SetBusyText(const std::string& text);
 
   /// Asks for the live state of the page's INPUT elements. The answer comes exactly once, from
