@@ -83,10 +83,10 @@ std::vector<clsVoice> ReadCatalogue(const std::vector<XmlRecord>& products,
   for (const XmlRecord& product : products) {
     if (IsDemonstration(product)) continue;
     clsVoice voice = ReadProduct(product);
-    if (IsSwedishOnly(voice) && interfaceLanguage != "sv" &&
-        voice.IsInstalled(installer) != InstallState::kInstalled) {
-      continue;
-    }
+    // The record remembers, and here it is at hand: asked in the order of names, a long catalogue
+    // would be fetched into the cache once more.
+    const bool isInstalled = voice.IsInstalled(installer) == InstallState::kInstalled;
+    if (IsSwedishOnly(voice) && interfaceLanguage != "sv" && !isInstalled) continue;
     voices.push_back(std::move(voice));
   }
   return SortedByName(std::move(voices));

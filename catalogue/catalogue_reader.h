@@ -19,9 +19,9 @@ platform::XmlList CatalogueList();
 /// The voices of the catalogue that may be shown, in the order in which people look for them.
 ///
 /// `products` are the records of a CatalogueList. What a product lacks, or has malformed, leaves
-/// its voice's member empty or 0. Demonstration products are left out, and so are the two Swedish
-/// voices unless `interfaceLanguage` is "sv" or they are installed: `installer` is asked about
-/// them; null where there is none.
+/// its voice's member empty or 0. `installer` (null where there is none) is asked about each voice,
+/// which remembers the answer. Demonstration products are left out, and so are the two Swedish
+/// voices unless `interfaceLanguage` is "sv" or they are installed.
 std::vector<clsVoice> ReadCatalogue(const std::vector<platform::XmlRecord>& products,
                                     const std::string& interfaceLanguage,
                                     const platform::WindowsInstaller* installer);

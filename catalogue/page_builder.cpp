@@ -81,12 +81,17 @@ bool IsDefault(const clsVoice& voice, const std::array<std::string, 2>& defaultV
   return std::ranges::count(defaultVoices, CleanVoiceName(name)) > 0;
 }
 
-/// Why voices are ticked already, said once and above the rows.
-void AddDefaultVoicesInfo(std::string& body, const TextLookup& text) {
-  if (body.find(kDefaultVoiceMessage) != std::string::npos) return;
-  body += "<p style='text-align:left;font-weight:normal;' id='";
-  body += kDefaultVoiceMessage;
-  body += "'>" + text("Default voices info") + "</p>\r\n";
+/// Why voices are ticked already, said once and above the rows: at the end of the first `head`
+/// bytes, which it lengthens.
+void AddDefaultVoicesInfo(std::string& body, std::size_t& head, const TextLookup& text) {
+  if (std::string_view(body).substr(0, head).find(kDefaultVoiceMessage) != std::string::npos) {
+    return;
+  }
+  std::string info;
+  core::Append(info, {"<p style='text-align:left;font-weight:normal;' id='", kDefaultVoiceMessage,
+                      "'>", text("Default voices info"), "</p>\r\n"});
+  body.insert(head, info);
+  head += info.size();
 }
 
 }  // namespace
@@ -106,8 +111,8 @@ VoicesPage BuildPage(std::vector<clsVoice> voices, const TextLookup& text,
 
   const QueuedIds queued(queue);
   page.offered.reserve(voices.size());
-  std::string offeredRows;
-  offeredRows.reserve(voices.size() * kUsualRow);
+  std::size_t head = page.body.size();  // of what stands above the rows
+  page.body.reserve(head + voices.size() * kUsualRow);
   std::string installedRows;
   // Rows of installed voices repeat the id of the offered voice before them: they are disabled and
   // never looked up, so an id of their own would serve nobody.
@@ -123,20 +128,19 @@ VoicesPage BuildPage(std::vector<clsVoice> voices, const TextLookup& text,
     std::string ticks;
     if (!page.anyVoiceInstalled && IsDefault(voice, defaultVoices)) {
       ticks += " checked ";
-      AddDefaultVoicesInfo(page.body, text);
+      AddDefaultVoicesInfo(page.body, head, text);
     }
     Attempt([&] {
       if (queued.Contains(voice.ID)) ticks += " checked ";
     });
-    AddOfferedRow(offeredRows, lastCheckboxId, ticks, voice);
+    AddOfferedRow(page.body, lastCheckboxId, ticks, voice);
     page.offered.push_back(std::move(voice));
   }
 
-  page.body += offeredRows;
   page.body += "</table>\r\n<script>function Add(url) { window.location.href = url; }</script>";
   if (!installedRows.empty()) {
-    page.body += "<h2 style=\"font-weight:normal\">" + text("Already Installed") +
-                 "</h2><table width=\"100%\">" + installedRows + "</table>";
+    core::Append(page.body, {"<h2 style=\"font-weight:normal\">", text("Already Installed"),
+                             "</h2><table width=\"100%\">", installedRows, "</table>"});
   }
   return page;
 }

@@ -14,13 +14,14 @@
 
 #include <glib.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
-#include <map>
 #include <optional>
 #include <stdexcept>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "core/text.h"
@@ -45,8 +46,8 @@ constexpr std::string_view kInstallProperties = "INSTALLPROPERTIES";
 constexpr std::string_view kMachine = "S-1-5-18";
 constexpr std::string_view kPerson = "S-1-5-21-";
 
-// Property names in upper case to their texts.
-using Properties = std::map<std::string, std::string>;
+// Property names in upper case, and their texts: a few, asked for one.
+using Properties = std::vector<std::pair<std::string, std::string>>;
 
 struct Product {
   bool advertisedForMachine = false;
@@ -93,7 +94,7 @@ class MachineRegistry : public RegistryVisitor {
     return mOpen != nullptr;
   }
   void OnText(const std::string& name, const std::string& text) override {
-    mOpen->insert_or_assign(core::UpperCase(name), text);
+    mOpen->emplace_back(core::UpperCase(name), text);
   }
 
  private:
@@ -186,7 +187,8 @@ std::optional<std::string> WindowsInstaller::ProductInfo(const std::string& prod
   if (!packedCode) return std::nullopt;
   const std::optional<Properties>& properties = mImpl->Find(*packedCode);
   if (!properties) return std::nullopt;
-  const auto found = properties->find(StoredName(property));
+  const std::string name = StoredName(property);
+  const auto found = std::ranges::find(*properties, name, &Properties::value_type::first);
   return found == properties->end() ? std::string() : found->second;
 }
 

@@ -213,15 +213,11 @@ TEST_F(CatalogueReader, KnowsTheSwedishVoicesByAnyPartOfTheDisplayName) {
   EXPECT_EQ(Read(Product{.name = "erik ELIN Celin"}.Xml()).size(), 1U);
 }
 
-TEST_F(CatalogueReader, AsksForTheInstallationOfSwedishVoicesAlone) {
-  Read(Product{.name = "Erik", .code = "A"}.Xml() + Product{.name = "Anna", .code = "B"}.Xml());
-  EXPECT_THAT(fake::TheWorld().installerQuestions, ElementsAre("{A} VersionString"));
-}
-
-TEST_F(CatalogueReader, DoesNotAskForSwedishUsers) {
-  mLanguage = "sv";
-  Read(Product{.name = "Erik", .code = "A"}.Xml());
-  EXPECT_THAT(fake::TheWorld().installerQuestions, IsEmpty());
+TEST_F(CatalogueReader, AsksOnceForEachVoiceAndForNoDemonstration) {
+  Read(Product{.name = "Erik", .code = "A"}.Xml() + Product{.name = "Anna", .code = "B"}.Xml() +
+       Product{.name = "Demo", .code = "C"}.Xml());
+  EXPECT_THAT(fake::TheWorld().installerQuestions,
+              ElementsAre("{A} VersionString", "{B} VersionString"));
 }
 
 TEST_F(CatalogueReader, SortsWithoutRegardToLetterCase) {
