@@ -4,9 +4,12 @@
 // SPDX-License-Identifier: MIT
 #include "platform/web_browser.h"
 
+#include <memory>
 #include <stdexcept>
+#include <string_view>
 #include <utility>
 
+#include "core/text.h"
 #include "platform/linux/paths.h"
 #include "platform/linux/signals.h"
 #include "platform/linux/web_view.h"
@@ -16,27 +19,34 @@ namespace {
 
 /// The properties, which are the live state: the attributes say how the page was written. Asked of
 /// the prototype, since an element of the page that is named as a function of the document's stands
-/// before that function.
+/// before that function. One text, since asking for each value of a long list would keep the window
+/// from answering; between its parts a NUL, which no id can hold.
 constexpr const char* kReadInputs = R"(
   Array.from(Document.prototype.getElementsByTagName.call(document, "INPUT"),
-             input => [input.id, input.checked === true, input.disabled === true])
+             input => (input.checked === true ? "1" : "0") +
+                      (input.disabled === true ? "1" : "0") + input.id).join("\0")
 )";
 
-GRef<JSCValue> Item(JSCValue* list, guint index) {
-  return GRef<JSCValue>::Adopt(jsc_value_object_get_property_at_index(list, index));
-}
+struct ReleaseBytes {
+  void operator()(GBytes* bytes) const { g_bytes_unref(bytes); }
+};
 
-std::vector<InputState> InputsFrom(JSCValue* list) {
-  if (!jsc_value_is_array(list)) throw std::runtime_error("the page gave no list");
-  const auto length = GRef<JSCValue>::Adopt(jsc_value_object_get_property(list, "length"));
+/// Each part is two flags and the id; a page without inputs gives an empty text.
+std::vector<InputState> InputsFrom(std::string_view text) {
   std::vector<InputState> inputs;
-  for (guint i = 0; i < static_cast<guint>(jsc_value_to_int32(length.Get())); ++i) {
-    const auto input = Item(list, i);
-    const GMemory<char> id(jsc_value_to_string(Item(input.Get(), 0).Get()));
-    inputs.push_back({TextOf(id.get()), jsc_value_to_boolean(Item(input.Get(), 1).Get()) != FALSE,
-                      jsc_value_to_boolean(Item(input.Get(), 2).Get()) != FALSE});
+  if (text.empty()) return inputs;
+  for (const std::string& part : core::Split(text, std::string_view("\0", 1))) {
+    inputs.push_back({part.substr(2), part.at(0) == '1', part.at(1) == '1'});
   }
   return inputs;
+}
+
+std::vector<InputState> InputsFrom(JSCValue* value) {
+  if (!jsc_value_is_string(value)) throw std::runtime_error("the page gave no text");
+  const std::unique_ptr<GBytes, ReleaseBytes> bytes(jsc_value_to_string_as_bytes(value));
+  gsize size = 0;
+  const auto* const data = static_cast<const char*>(g_bytes_get_data(bytes.get(), &size));
+  return InputsFrom(std::string_view(data, size));
 }
 
 }  // namespace
