@@ -55,11 +55,23 @@ bool IsTrusted(const std::string& caFile, GTlsCertificate* certificate, GUri* se
   return faults == 0;
 }
 
-// Otherwise a connection that is cut looks like one that has ended, and what came like everything,
-// wherever no length was announced.
-void InsistOnAnEnd(GSocketClientEvent event, GIOStream* connection) {
-  if (event != G_SOCKET_CLIENT_TLS_HANDSHAKING || !G_IS_TLS_CONNECTION(connection)) return;
-  g_tls_connection_set_require_close_notify(G_TLS_CONNECTION(connection), TRUE);
+// The library still takes versions that nobody should trust any more. Nothing is asked of the server
+// before this.
+void InsistOnASoundVersion(GTlsConnection* connection) {
+  if (g_tls_connection_get_protocol_version(connection) < G_TLS_PROTOCOL_VERSION_TLS_1_2) {
+    throw std::runtime_error("the server speaks outdated TLS");
+  }
+}
+
+void CheckConnection(GSocketClientEvent event, GIOStream* stream) {
+  if (!G_IS_TLS_CONNECTION(stream)) return;
+  GTlsConnection* const connection = G_TLS_CONNECTION(stream);
+  // Otherwise a connection that is cut looks like one that has ended, and what came like everything,
+  // wherever no length was announced.
+  if (event == G_SOCKET_CLIENT_TLS_HANDSHAKING) {
+    g_tls_connection_set_require_close_notify(connection, TRUE);
+  }
+  if (event == G_SOCKET_CLIENT_TLS_HANDSHAKED) InsistOnASoundVersion(connection);
 }
 
 }  // namespace
@@ -67,7 +79,7 @@ void InsistOnAnEnd(GSocketClientEvent event, GIOStream* connection) {
 struct HttpDownload::Impl : std::enable_shared_from_this<Impl> {
   Impl(DownloadRules rulesOfThis, Answer answerOfThis)
       : rules(std::move(rulesOfThis)), answer(std::move(answerOfThis)) {}
-  ~Impl() { StopWatch(); }
+  ~Impl() { StopWatches(); }
 
   void Start(const std::string& address);
   void GiveUp();
@@ -86,7 +98,7 @@ struct HttpDownload::Impl : std::enable_shared_from_this<Impl> {
   template <class Step>
   void OnEvent(Step&& step) {
     if (!answer) return;
-    RestartWatch();
+    RestartIdleWatch();
     if (!core::Attempt(std::forward<Step>(step))) Finish(std::nullopt);
   }
 
@@ -98,12 +110,14 @@ struct HttpDownload::Impl : std::enable_shared_from_this<Impl> {
   void OnBytes(GAsyncResult* result);
   void Finish(std::optional<std::string> outcome);
 
-  void RestartWatch();
-  void StopWatch();
+  void Watch(guint& watch, std::chrono::milliseconds limit);
+  void RestartIdleWatch() { Watch(idleWatch, rules.idleLimit); }
+  static void StopWatch(guint& watch);
+  void StopWatches();
 
   static void SentCallback(GObject*, GAsyncResult* result, gpointer data);
   static void ReadCallback(GObject*, GAsyncResult* result, gpointer data);
-  static gboolean IdleCallback(gpointer data);
+  static gboolean LimitCallback(gpointer data);
 
   const DownloadRules rules;
   Answer answer;
@@ -118,7 +132,8 @@ struct HttpDownload::Impl : std::enable_shared_from_this<Impl> {
   std::string body;
   std::array<char, 64 * 1024> buffer{};
   int redirects = 0;
-  guint watch = 0;
+  guint idleWatch = 0;
+  guint totalWatch = 0;
 };
 
 HttpDownload::HttpDownload(const std::string& address, DownloadRules rules, Answer answer)
@@ -129,16 +144,17 @@ HttpDownload::HttpDownload(const std::string& address, DownloadRules rules, Answ
 HttpDownload::~HttpDownload() { mImpl->GiveUp(); }
 
 void HttpDownload::Impl::Start(const std::string& address) {
-  RestartWatch();
+  RestartIdleWatch();
+  Watch(totalWatch, rules.totalLimit);
   if (core::Attempt([&] { Send(ParseAddress(nullptr, address.c_str())); })) return;
   // The failure is told from the main loop, like every other.
-  StopWatch();
+  StopWatches();
   Post([self = shared_from_this()] { self->Finish(std::nullopt); });
 }
 
 void HttpDownload::Impl::GiveUp() {
   answer = nullptr;
-  StopWatch();
+  StopWatches();
   g_cancellable_cancel(cancellable.Get());
 }
 
@@ -154,7 +170,7 @@ void HttpDownload::Impl::Send(Uri uri) {
 void HttpDownload::Impl::ConnectSignals() {
   networkSignal = Connect<void(GSocketClientEvent, GIOStream*)>(
       message.Get(), "network-event", [this](GSocketClientEvent event, GIOStream* connection) {
-        OnEvent([&] { InsistOnAnEnd(event, connection); });
+        OnEvent([&] { CheckConnection(event, connection); });
       });
   if (rules.trustedCa.empty()) return;
   certificateSignal = Connect<gboolean(GTlsCertificate*, GTlsCertificateFlags)>(
@@ -208,13 +224,18 @@ void HttpDownload::Impl::Finish(std::optional<std::string> outcome) {
   core::Attempt([&] { tell(std::move(outcome)); });
 }
 
-void HttpDownload::Impl::RestartWatch() {
-  StopWatch();
-  watch = g_timeout_add(static_cast<guint>(rules.idleLimit.count()), IdleCallback, this);
+void HttpDownload::Impl::Watch(guint& watch, std::chrono::milliseconds limit) {
+  StopWatch(watch);
+  watch = g_timeout_add(static_cast<guint>(limit.count()), LimitCallback, this);
 }
 
-void HttpDownload::Impl::StopWatch() {
+void HttpDownload::Impl::StopWatch(guint& watch) {
   if (watch) g_source_remove(std::exchange(watch, 0));
+}
+
+void HttpDownload::Impl::StopWatches() {
+  StopWatch(idleWatch);
+  StopWatch(totalWatch);
 }
 
 void HttpDownload::Impl::SentCallback(GObject*, GAsyncResult* result, gpointer data) {
@@ -227,11 +248,11 @@ void HttpDownload::Impl::ReadCallback(GObject*, GAsyncResult* result, gpointer d
   self->OnEvent([&] { self->OnBytes(result); });
 }
 
-gboolean HttpDownload::Impl::IdleCallback(gpointer data) {
+// Goes on as a source, which the end of the download removes.
+gboolean HttpDownload::Impl::LimitCallback(gpointer data) {
   const Keeper self = static_cast<Impl*>(data)->shared_from_this();
-  self->watch = 0;
   self->Finish(std::nullopt);
-  return G_SOURCE_REMOVE;
+  return G_SOURCE_CONTINUE;
 }
 
 }  // namespace platform

@@ -124,7 +124,8 @@ struct HttpDownload::Impl : std::enable_shared_from_this<Impl> {
   void TakeEnd();
   void CheckLength() const;
   void Finish(std::optional<std::string> body);
-  void RestartIdleTimer();
+  std::unique_ptr<Timer> FailAfter(std::chrono::milliseconds limit);
+  void RestartIdleTimer() { mIdle = FailAfter(mRules.idleLimit); }
 
   const DownloadRules mRules;
   Answer mAnswer;
@@ -132,6 +133,7 @@ struct HttpDownload::Impl : std::enable_shared_from_this<Impl> {
   std::string mBody;
   std::optional<unsigned long> mLength;
   std::unique_ptr<Timer> mIdle;
+  std::unique_ptr<Timer> mTotal;
   std::shared_ptr<DownloadChannel> mChannel;
   // In the order of making: the last one is closed first.
   InternetHandle mSession;
@@ -171,6 +173,7 @@ void HttpDownload::Impl::Start(const std::wstring& address) {
   SetOptions();
   if (!mSystemProxy) SetUserProxy(mSession.get(), mRequest.get(), address);
   RestartIdleTimer();
+  mTotal = FailAfter(mRules.totalLimit);
   Send();
 }
 
@@ -317,17 +320,19 @@ void HttpDownload::Impl::Finish(std::optional<std::string> body) {
 
 void HttpDownload::Impl::GiveUp() {
   mIdle.reset();
+  mTotal.reset();
   mRequest.reset();
   mConnection.reset();
   mSession.reset();
 }
 
-void HttpDownload::Impl::RestartIdleTimer() {
-  mIdle = std::make_unique<Timer>(static_cast<int>(mRules.idleLimit.count()), [this] {
+std::unique_ptr<Timer> HttpDownload::Impl::FailAfter(std::chrono::milliseconds limit) {
+  auto timer = std::make_unique<Timer>(static_cast<int>(limit.count()), [this] {
     const auto alive = shared_from_this();
     Fail();
   });
-  mIdle->SetEnabled(true);
+  timer->SetEnabled(true);
+  return timer;
 }
 
 HttpDownload::HttpDownload(const std::string& address, DownloadRules rules, Answer answer)

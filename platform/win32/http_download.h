@@ -18,9 +18,11 @@ namespace platform {
 
 /// What a download may take. The defaults are what the program uses; tests are more impatient.
 struct DownloadRules {
-  /// The longest time in which nothing happens; a download that goes on may take as long as it
-  /// likes.
+  /// The longest time in which nothing happens.
   std::chrono::milliseconds idleLimit = std::chrono::seconds(30);
+  /// The longest time altogether, so that a server which goes on and on in drops keeps nobody
+  /// waiting for ever. The catalogue comes in a fifth of it over the slowest line in use.
+  std::chrono::milliseconds totalLimit = std::chrono::minutes(10);
   /// Of the body. Compression is not asked for. The catalogue is about 1 MB.
   std::size_t sizeLimit = std::size_t{64} << 20;
   unsigned redirectLimit = 10;

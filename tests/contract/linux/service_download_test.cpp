@@ -257,8 +257,16 @@ TEST_F(Download, EnduresASlowServerThatGoesOn) {
   EXPECT_EQ(Get(On("/drip?pieces=8&pause=0.3&file=" + File("slow body")), rules), "slow body");
 }
 
-TEST_F(Download, WaitsThirtySecondsInTheProgram) {
+TEST_F(Download, EndsADripThatTakesTooLong) {
+  DownloadRules rules = Rules();
+  rules.totalLimit = milliseconds(1500);
+  EXPECT_EQ(Get(On("/drip?pieces=30&pause=0.3&file=" + File(std::string(30, 'x'))), rules),
+            std::nullopt);
+}
+
+TEST_F(Download, WaitsThirtySecondsForAWordInTheProgramAndTenMinutesAltogether) {
   EXPECT_EQ(DownloadRules().idleLimit, std::chrono::seconds(30));
+  EXPECT_EQ(DownloadRules().totalLimit, std::chrono::minutes(10));
 }
 
 // Size

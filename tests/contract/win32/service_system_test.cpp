@@ -113,6 +113,13 @@ TEST_F(Download, GoesOnWhileSomethingHappens) {
   EXPECT_EQ(Get(On("/drip?pieces=6&pause=0.5&file=" + File("abcdef")), Impatient()), "abcdef");
 }
 
+TEST_F(Download, EndsADripThatTakesTooLong) {
+  DownloadRules rules;
+  rules.totalLimit = milliseconds(1500);
+  EXPECT_EQ(Get(On("/drip?pieces=30&pause=0.3&file=" + File(std::string(30, 'x'))), rules),
+            std::nullopt);
+}
+
 TEST_F(Download, RefusesAnAuthorityThatNobodyVouchesFor) {
   // The certificate is for "localhost"; for the number it is a stranger's.
   std::string address = On("/file/" + File("body"));
