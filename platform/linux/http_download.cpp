@@ -55,8 +55,8 @@ bool IsTrusted(const std::string& caFile, GTlsCertificate* certificate, GUri* se
   return faults == 0;
 }
 
-// The library still takes versions that nobody should trust any more. Nothing is asked of the server
-// before this.
+// The library still takes versions that nobody should trust any more. Nothing is asked of the
+// server before this.
 void InsistOnASoundVersion(GTlsConnection* connection) {
   if (g_tls_connection_get_protocol_version(connection) < G_TLS_PROTOCOL_VERSION_TLS_1_2) {
     throw std::runtime_error("the server speaks outdated TLS");
@@ -66,8 +66,8 @@ void InsistOnASoundVersion(GTlsConnection* connection) {
 void CheckConnection(GSocketClientEvent event, GIOStream* stream) {
   if (!G_IS_TLS_CONNECTION(stream)) return;
   GTlsConnection* const connection = G_TLS_CONNECTION(stream);
-  // Otherwise a connection that is cut looks like one that has ended, and what came like everything,
-  // wherever no length was announced.
+  // Otherwise a connection that is cut looks like one that has ended, and what came like
+  // everything, wherever no length was announced.
   if (event == G_SOCKET_CLIENT_TLS_HANDSHAKING) {
     g_tls_connection_set_require_close_notify(connection, TRUE);
   }

@@ -102,6 +102,42 @@ struct DownloadChannel {
   std::array<char, kBufferSize> buffer;
 };
 
+namespace {
+
+using Channel = std::shared_ptr<DownloadChannel>;
+
+/// From any thread.
+void PostTold(const Channel& channel, DWORD status, DWORD count, const std::wstring& address) {
+  Post([channel, status, count, address] {
+    // The object that `tell` speaks to may have gone.
+    if (const auto alive = channel->download.lock()) channel->tell(status, count, address);
+  });
+}
+
+/// What WinHTTP is to be asked; whether it took the question.
+struct Question {
+  Channel channel;
+  std::function<bool()> ask;
+};
+
+void CALLBACK AskNow(PTP_CALLBACK_INSTANCE, void* data) {
+  const std::unique_ptr<Question> question(static_cast<Question*>(data));
+  core::Attempt([&] {
+    if (question->ask()) return;
+    PostTold(question->channel, WINHTTP_CALLBACK_STATUS_REQUEST_ERROR, 0, {});
+  });
+}
+
+/// Not on the caller's thread: Wine waits inside the call for a chunk that has not come yet, and
+/// the window would not answer meanwhile. A request that is closed by then refuses the question.
+void AskElsewhere(Channel channel, std::function<bool()> ask) {
+  auto question = std::make_unique<Question>(Question{std::move(channel), std::move(ask)});
+  CheckHttp(TrySubmitThreadpoolCallback(AskNow, question.get(), nullptr) != FALSE);
+  static_cast<void>(question.release());  // freed when it is asked
+}
+
+}  // namespace
+
 struct HttpDownload::Impl : std::enable_shared_from_this<Impl> {
   Impl(DownloadRules rules, Answer answer) : mRules(rules), mAnswer(std::move(answer)) {}
 
@@ -124,17 +160,18 @@ struct HttpDownload::Impl : std::enable_shared_from_this<Impl> {
   void TakeEnd();
   void CheckLength() const;
   void Finish(std::optional<std::string> body);
-  std::unique_ptr<Timer> FailAfter(std::chrono::milliseconds limit);
-  void RestartIdleTimer() { mIdle = FailAfter(mRules.idleLimit); }
+  std::unique_ptr<Timer> After(std::chrono::milliseconds time, std::function<void()> step);
+  void WatchSilence(std::chrono::milliseconds left);
 
   const DownloadRules mRules;
   Answer mAnswer;
   bool mSystemProxy = true;
   std::string mBody;
   std::optional<unsigned long> mLength;
+  std::chrono::steady_clock::time_point mLastWord;
   std::unique_ptr<Timer> mIdle;
   std::unique_ptr<Timer> mTotal;
-  std::shared_ptr<DownloadChannel> mChannel;
+  Channel mChannel;
   // In the order of making: the last one is closed first.
   InternetHandle mSession;
   InternetHandle mConnection;
@@ -146,7 +183,7 @@ namespace {
 /// Called on any thread.
 void CALLBACK Tell(HINTERNET, DWORD_PTR context, DWORD status, void* information, DWORD length) {
   if (context == 0) return;
-  auto* const kept = reinterpret_cast<std::shared_ptr<DownloadChannel>*>(context);
+  auto* const kept = reinterpret_cast<Channel*>(context);
   if (status == WINHTTP_CALLBACK_STATUS_HANDLE_CLOSING) {
     delete kept;
     return;
@@ -158,10 +195,7 @@ void CALLBACK Tell(HINTERNET, DWORD_PTR context, DWORD status, void* information
     if (status == WINHTTP_CALLBACK_STATUS_REDIRECT) {
       address = static_cast<const wchar_t*>(information);
     }
-    Post([channel = *kept, status, count, address] {
-      // The object that `tell` speaks to may have gone.
-      if (const auto alive = channel->download.lock()) channel->tell(status, count, address);
-    });
+    PostTold(*kept, status, count, address);
   });
 }
 
@@ -172,8 +206,9 @@ void HttpDownload::Impl::Start(const std::wstring& address) {
   OpenRequest(AddressFrom(address));
   SetOptions();
   if (!mSystemProxy) SetUserProxy(mSession.get(), mRequest.get(), address);
-  RestartIdleTimer();
-  mTotal = FailAfter(mRules.totalLimit);
+  mLastWord = std::chrono::steady_clock::now();
+  WatchSilence(mRules.idleLimit);
+  mTotal = After(mRules.totalLimit, [this] { Fail(); });
   Send();
 }
 
@@ -226,7 +261,7 @@ void HttpDownload::Impl::Send() {
   };
   constexpr DWORD kTold = WINHTTP_CALLBACK_FLAG_ALL_COMPLETIONS | WINHTTP_CALLBACK_FLAG_HANDLES |
                           WINHTTP_CALLBACK_FLAG_REDIRECT;
-  auto context = std::make_unique<std::shared_ptr<DownloadChannel>>(mChannel);
+  auto context = std::make_unique<Channel>(mChannel);
   auto value = reinterpret_cast<DWORD_PTR>(context.get());
   CheckHttp(http.setStatusCallback(mRequest.get(), Tell, kTold, 0) !=
             WINHTTP_INVALID_STATUS_CALLBACK);
@@ -240,7 +275,7 @@ void HttpDownload::Impl::Told(DWORD status, DWORD count, const std::wstring& add
   if (!mRequest) return;  // it has answered
   const auto alive = shared_from_this();
   const bool went = core::Attempt([&] {
-    RestartIdleTimer();
+    mLastWord = std::chrono::steady_clock::now();
     switch (status) {
       case WINHTTP_CALLBACK_STATUS_SENDREQUEST_COMPLETE:
         return Receive();
@@ -287,13 +322,16 @@ DWORD HttpDownload::Impl::NumberHeader(DWORD header) const {
 
 /// Asked first, since reading alone waits until the whole buffer is full.
 void HttpDownload::Impl::AskForData() {
-  CheckHttp(TheWinHttp().queryDataAvailable(mRequest.get(), nullptr));
+  AskElsewhere(mChannel, [request = mRequest.get()] {
+    return TheWinHttp().queryDataAvailable(request, nullptr) != FALSE;
+  });
 }
 
 void HttpDownload::Impl::Read(DWORD count) {
-  const auto room = static_cast<DWORD>(mChannel->buffer.size());
-  CheckHttp(TheWinHttp().readData(mRequest.get(), mChannel->buffer.data(), std::min(count, room),
-                                  nullptr));
+  const DWORD size = std::min(count, static_cast<DWORD>(mChannel->buffer.size()));
+  AskElsewhere(mChannel, [request = mRequest.get(), buffer = mChannel->buffer.data(), size] {
+    return TheWinHttp().readData(request, buffer, size, nullptr) != FALSE;
+  });
 }
 
 void HttpDownload::Impl::Take(DWORD count) {
@@ -326,13 +364,24 @@ void HttpDownload::Impl::GiveUp() {
   mSession.reset();
 }
 
-std::unique_ptr<Timer> HttpDownload::Impl::FailAfter(std::chrono::milliseconds limit) {
-  auto timer = std::make_unique<Timer>(static_cast<int>(limit.count()), [this] {
+std::unique_ptr<Timer> HttpDownload::Impl::After(std::chrono::milliseconds time,
+                                                 std::function<void()> step) {
+  auto timer = std::make_unique<Timer>(static_cast<int>(time.count()), [this, step] {
     const auto alive = shared_from_this();
-    Fail();
+    step();
   });
   timer->SetEnabled(true);
   return timer;
+}
+
+/// A timer that is set anew for every few bytes would take most of the time of a long download.
+void HttpDownload::Impl::WatchSilence(std::chrono::milliseconds left) {
+  mIdle = After(left, [this] {
+    const auto silence = std::chrono::duration_cast<std::chrono::milliseconds>(
+        std::chrono::steady_clock::now() - mLastWord);
+    if (silence >= mRules.idleLimit) return Fail();
+    WatchSilence(mRules.idleLimit - silence);
+  });
 }
 
 HttpDownload::HttpDownload(const std::string& address, DownloadRules rules, Answer answer)
