@@ -43,6 +43,7 @@ class Build:
         self.port = int(port)
         self.authority = pathlib.Path(settings["VELOR_LOCAL_CA"])
         self.program = self.folder / "VelorVoiceSetupLocal.exe"
+        self.shipped_program = self.folder / "VelorVoiceSetup.exe"
         self.control = self.helpers / "velor_page_control.dll"
         self.probe = self.helpers / "velor_probe.exe"
         self.recorder = self.helpers / "velor_recorder.exe"
