@@ -6,6 +6,14 @@ if(VELOR_SANITIZE)
   set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
   # The sanitizers' own code makes GCC take what is initialised for something that may not be; the
   # build without them looks at that.
-  target_compile_options(velor_flags INTERFACE ${sanitizers} -Wno-maybe-uninitialized)
+  target_compile_options(velor_flags INTERFACE ${sanitizers}
+                         $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
   target_link_options(velor_flags INTERFACE ${sanitizers})
+endif()
+if(VELOR_FUZZ)
+  # libFuzzer is told which ways the code went; only the programs of tests/fuzz/ have its main. It is
+  # not told what was compared with what, which takes longer than the code itself: the words that it
+  # would guess from that stand in the dictionaries.
+  target_compile_options(velor_flags INTERFACE -fsanitize=fuzzer-no-link
+                         -fno-sanitize-coverage=trace-cmp)
 endif()
