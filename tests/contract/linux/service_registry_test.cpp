@@ -170,6 +170,12 @@ TEST_F(InstallerOnLinux, AnswersOtherPropertiesByTheirNames) {
   EXPECT_EQ(installer.ProductInfo(kCode, "VersionString"), "");
 }
 
+TEST_F(InstallerOnLinux, AnswersTheLastTextOfAName) {
+  Write("system.reg", MachineProduct() + Properties(kMachine, "1.0") +
+                          "\"DISPLAYVERSION\"=\"1.1\"\n" + Properties(kMachine, "1.2"));
+  EXPECT_EQ(Version(), "1.2");
+}
+
 TEST_F(InstallerOnLinux, NeedsNoUsersFile) {
   Write("system.reg", "");
   EXPECT_NO_THROW(WindowsInstaller());
