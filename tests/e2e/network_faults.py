@@ -31,7 +31,7 @@ class Slot(fault_suite.Slot):
     def start(self, case):
         self._case = case
         installation = self._shipped if case.shipped else self._installation
-        self._program = scenario.Program(installation, (), self._folder / "program.log")
+        self._program = scenario.Program(installation, (), self._folder / "program.log", {})
 
     def report(self):
         windows = map(accessible.outline, accessible.windows(self._program.process.pid))
