@@ -176,7 +176,8 @@ void frmSelect::BuildVoicesPage(const XmlDocument& catalogue) {
 }
 
 void frmSelect::tmrCheckSelected_Timer() {
-  if (mAskingSelection) return;
+  // What would be read is what is shown already.
+  if (mAskingSelection || !webOptions.InputsMayHaveChanged()) return;
   mAskingSelection = true;
   webOptions.ReadInputs([this](const PageInputs& inputs) {
     mAskingSelection = false;

@@ -55,6 +55,11 @@ class WebBrowser {
   /// inside the call or from the event loop, unless this object has gone by then: then never.
   void ReadInputs(std::function<void(const PageInputs&)> answer);
 
+  /// False when no INPUT element is different from what the last ReadInputs was or will be told, as
+  /// far as the browser tells by itself: a person's last step may still be on its way. True also
+  /// where nothing is known. It costs nothing, so it may be asked before asking the page.
+  bool InputsMayHaveChanged() const;
+
  private:
   struct Impl;
   std::shared_ptr<Impl> mImpl;

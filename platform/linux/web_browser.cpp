@@ -60,6 +60,7 @@ namespace {
 /// An answer on its way. It is given up when the browser object has gone.
 struct Question {
   std::weak_ptr<void> browser;
+  std::shared_ptr<WebViewControl> control;
   std::function<void(const PageInputs&)> answer;
 };
 
@@ -75,6 +76,7 @@ void TellAnswer(GObject* view, GAsyncResult* result, gpointer data) {
   });
   // Held while it is told: the answer may destroy the browser object.
   const auto browser = question->browser.lock();
+  if (!inputs) question->control->ForgetReading();
   if (browser) Guard([&] { question->answer(inputs); });
 }
 
@@ -102,8 +104,12 @@ void WebBrowser::SetBusyText(const std::string& text) { mImpl->control->SetBusyT
 
 void WebBrowser::ReadInputs(std::function<void(const PageInputs&)> answer) {
   if (!mImpl->control->Lives()) return answer(std::nullopt);
+  mImpl->control->BeginReading();
   webkit_web_view_evaluate_javascript(mImpl->control->View(), kReadInputs, -1, kHostWorld, nullptr,
-                                      nullptr, TellAnswer, new Question{mImpl, std::move(answer)});
+                                      nullptr, TellAnswer,
+                                      new Question{mImpl, mImpl->control, std::move(answer)});
 }
+
+bool WebBrowser::InputsMayHaveChanged() const { return mImpl->control->MayHaveChanged(); }
 
 }  // namespace platform

@@ -69,12 +69,35 @@ GRef<WebKitWebContext> Context() {
   return context;
 }
 
+/// Tells the host of what a person does to the boxes, and first that it does so. It runs in the
+/// host's own world, so the lock on the page's scripts does not hold for it.
+constexpr const char* kTellChanges = R"({
+  const tell = () => window.webkit.messageHandlers.changed.postMessage(null);
+  document.addEventListener("change", tell, true);
+  document.addEventListener("reset", tell, true);
+  tell();
+})";
+constexpr const char* kMessage = "changed";
+
+GRef<WebKitUserContentManager> ContentManager() {
+  auto manager = GRef<WebKitUserContentManager>::Adopt(webkit_user_content_manager_new());
+  WebKitUserScript* script = webkit_user_script_new_for_world(
+      kTellChanges, WEBKIT_USER_CONTENT_INJECT_TOP_FRAME,
+      WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START, kHostWorld, nullptr, nullptr);
+  webkit_user_content_manager_add_script(manager.Get(), script);
+  webkit_user_script_unref(script);
+  webkit_user_content_manager_register_script_message_handler_in_world(manager.Get(), kMessage,
+                                                                       kHostWorld);
+  return manager;
+}
+
 GtkWidget* NewView() {
   const auto settings = Settings();
   const auto context = Context();
+  const auto manager = ContentManager();
   return GTK_WIDGET(g_object_new(WEBKIT_TYPE_WEB_VIEW, "web-context", context.Get(), "settings",
-                                 settings.Get(), "default-content-security-policy", kContentPolicy,
-                                 nullptr));
+                                 settings.Get(), "user-content-manager", manager.Get(),
+                                 "default-content-security-policy", kContentPolicy, nullptr));
 }
 
 /// Files of this machine, which have no host in their addresses, and the empty page that WebKit
@@ -111,12 +134,16 @@ WebViewControl::WebViewControl(const std::string& name) : Impl("WebBrowser", nam
   mConnections.push_back(Connect<void(WebKitDownload*)>(
       webkit_web_view_get_context(View()), "download-started",
       [](WebKitDownload* download) { webkit_download_cancel(download); }));
-  mConnections.push_back(
-      Connect<void(WebKitLoadEvent)>(Widget(), "load-changed", [this](WebKitLoadEvent event) {
-        if (event != WEBKIT_LOAD_FINISHED) return;
-        // First, so that a screen reader meets the right names when the focus comes.
-        DescribePage(View(), mBusyText);
-        gtk_widget_grab_focus(Widget());
+  mConnections.push_back(Connect<void(WebKitLoadEvent)>(
+      Widget(), "load-changed", [this](WebKitLoadEvent event) { OnLoadChanged(event); }));
+  mConnections.push_back(Connect<void(WebKitWebProcessTerminationReason)>(
+      Widget(), "web-process-terminated",
+      [this](WebKitWebProcessTerminationReason) { mPageTells = false; }));
+  mConnections.push_back(Connect<void(WebKitJavascriptResult*)>(
+      webkit_web_view_get_user_content_manager(View()), "script-message-received::changed",
+      [this](WebKitJavascriptResult*) {
+        mPageTells = true;
+        mChanged = true;
       }));
 }
 
@@ -135,6 +162,20 @@ void WebViewControl::ShowToolTip() {
         if (text && !gtk_widget_get_has_tooltip(Widget()))
           gtk_widget_set_has_tooltip(Widget(), TRUE);
       }));
+}
+
+void WebViewControl::OnLoadChanged(WebKitLoadEvent event) {
+  if (event == WEBKIT_LOAD_COMMITTED) mPageTells = false;
+  if (event != WEBKIT_LOAD_FINISHED) return;
+  mChanged = true;
+  // First, so that a screen reader meets the right names when the focus comes.
+  DescribePage(View(), mBusyText);
+  gtk_widget_grab_focus(Widget());
+}
+
+/// While a page is loading, boxes come without a word.
+bool WebViewControl::MayHaveChanged() const {
+  return !Lives() || !mPageTells || mChanged || webkit_web_view_is_loading(View());
 }
 
 /// WebKit would go on where the focus left the page, which is its end.

@@ -31,14 +31,24 @@ class WebViewControl : public Control::Impl {
   void SetBeforeNavigate(std::function<bool(const std::string&)> handler);
   void SetBusyText(const std::string& text) { mBusyText = text; }
 
+  /// What the page's own word says of its boxes: whether they may be different from when
+  /// BeginReading was called. ForgetReading: there was no answer, so nothing is known.
+  bool MayHaveChanged() const;
+  void BeginReading() { mChanged = false; }
+  void ForgetReading() { mChanged = true; }
+
  private:
   void ShowToolTip();
+  void OnLoadChanged(WebKitLoadEvent event);
   bool DecidePolicy(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type);
   bool IsRefused(WebKitNavigationAction* action);
 
   std::function<bool(const std::string&)> mBeforeNavigate;
   std::string mBusyText;
   std::vector<SignalConnection> mConnections;
+  /// The page shown has said that it will tell of changes.
+  bool mPageTells = false;
+  bool mChanged = true;
 };
 
 }  // namespace platform

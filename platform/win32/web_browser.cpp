@@ -74,4 +74,7 @@ void WebBrowser::ReadInputs(std::function<void(const PageInputs&)> answer) {
   answer(inputs);
 }
 
+// The page is asked in place and at once: that is cheaper than to be told of its events.
+bool WebBrowser::InputsMayHaveChanged() const { return true; }
+
 }  // namespace platform

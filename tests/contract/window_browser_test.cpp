@@ -107,6 +107,12 @@ TEST_F(Browser, CallsWhatIsBusyByTheTextGiven) {
   EXPECT_TRUE(peer::RunUntil([&] { return peer::NameOfBusyElement("form", "browser") == text; }));
 }
 
+TEST_F(Browser, SaysThatABoxMayHaveChangedWhenAPersonHasTickedIt) {
+  Show({{"a", false, false}}, "a-");
+  peer::ClickBox("form", "browser", "a");
+  EXPECT_TRUE(peer::RunUntil([&] { return browser->InputsMayHaveChanged(); }));
+}
+
 TEST_F(Browser, ShowsOnePageAfterTheOther) {
   Show({{"a", false, false}}, "a-");
   browser->Navigate(peer::PageWith({{"b", true, false}}));

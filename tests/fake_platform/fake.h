@@ -48,6 +48,8 @@ struct Browser {
   platform::PageInputs inputs = std::vector<platform::InputState>();
   int timesRead = 0;
   std::string busyText;
+  /// The page is known to be as it was when it was last read.
+  bool tellsOfNoChange = false;
 
   /// The user follows a link of the page; whether it led anywhere.
   bool Follow(const std::string& address);

@@ -237,6 +237,8 @@ void WebBrowser::ReadInputs(std::function<void(const PageInputs&)> answer) {
   });
 }
 
+bool WebBrowser::InputsMayHaveChanged() const { return !mImpl->control->browser.tellsOfNoChange; }
+
 void ShowMessage(const std::string& text, const std::string& title, bool rightToLeft) {
   auto& world = fake::TheWorld();
   world.journal.push_back("Message " + text);

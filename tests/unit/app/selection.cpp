@@ -39,6 +39,18 @@ TEST_F(SelectionStatus, AsksEveryHalfSecond) {
   EXPECT_EQ(Browser().timesRead, 12);
 }
 
+TEST_F(SelectionStatus, AsksNothingWhileThePageIsKnownToBeTheSame) {
+  ShowVoices(TwoVoices());
+  Wait();
+  const int before = Browser().timesRead;
+  Browser().tellsOfNoChange = true;
+  fake::Pass(5000);
+  EXPECT_EQ(Browser().timesRead, before);
+  Browser().tellsOfNoChange = false;
+  fake::Pass(500);
+  EXPECT_EQ(Browser().timesRead, before + 1);
+}
+
 TEST_F(SelectionStatus, HasOneQuestionUnderWayAtATime) {
   ShowVoices(TwoVoices());
   GoOff();
