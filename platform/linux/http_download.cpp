@@ -5,9 +5,11 @@
 #include "platform/linux/http_download.h"
 
 #include <libsoup/soup.h>
+#include <malloc.h>
 
 #include <array>
 #include <stdexcept>
+#include <thread>
 #include <utility>
 
 #include "core/attempt.h"
@@ -19,6 +21,9 @@ namespace {
 
 // The macro is a sum of flags, which C++ takes for a number.
 constexpr auto kHttpUri = static_cast<GUriFlags>(SOUP_HTTP_URI_FLAGS);
+
+// When a connection is over its last thread has let go of the authorities, too.
+constexpr guint kEndOfConnectionMilliseconds = 1000;
 
 struct ReleaseUri {
   void operator()(GUri* uri) const { g_uri_unref(uri); }
@@ -72,6 +77,19 @@ void CheckConnection(GSocketClientEvent event, GIOStream* stream) {
     g_tls_connection_set_require_close_notify(connection, TRUE);
   }
   if (event == G_SOCKET_CLIENT_TLS_HANDSHAKED) InsistOnASoundVersion(connection);
+}
+
+/// They take some megabytes, and a second download is rare: it would read them again. The C library
+/// keeps what is freed, until it is told to give it back.
+void ForgetAuthorities() {
+  g_tls_backend_set_default_database(g_tls_backend_get_default(), nullptr);
+  g_timeout_add_full(
+      G_PRIORITY_LOW, kEndOfConnectionMilliseconds,
+      [](gpointer) -> gboolean {
+        malloc_trim(0);
+        return G_SOURCE_REMOVE;
+      },
+      nullptr, nullptr);
 }
 
 }  // namespace
@@ -135,6 +153,15 @@ struct HttpDownload::Impl : std::enable_shared_from_this<Impl> {
   guint idleWatch = 0;
   guint totalWatch = 0;
 };
+
+void PrepareDownloads() {
+  // Waited for when the process ends.
+  static const std::jthread thread([] {
+    core::Attempt([] {
+      GRef<GTlsDatabase>::Adopt(g_tls_backend_get_default_database(g_tls_backend_get_default()));
+    });
+  });
+}
 
 HttpDownload::HttpDownload(const std::string& address, DownloadRules rules, Answer answer)
     : mImpl(std::make_shared<Impl>(std::move(rules), std::move(answer))) {
@@ -221,6 +248,7 @@ void HttpDownload::Impl::Finish(std::optional<std::string> outcome) {
   const Answer tell = std::exchange(answer, nullptr);
   if (!tell) return;
   GiveUp();
+  ForgetAuthorities();
   core::Attempt([&] { tell(std::move(outcome)); });
 }
 

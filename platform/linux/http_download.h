@@ -30,6 +30,10 @@ struct DownloadRules {
   std::string trustedCa = std::string(core::kAdditionalTrustedCa);
 };
 
+/// Reads the authorities that the system trusts, in a thread: some ten milliseconds that the window's
+/// start need not wait for. Nothing else follows from it; a download that comes too early waits.
+void PrepareDownloads();
+
 class HttpDownload {
  public:
   /// The body when everything went well, absent for every failure: of the network, of trust, a

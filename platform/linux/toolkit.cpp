@@ -9,6 +9,7 @@
 
 #include "platform/form.h"
 #include "platform/linux/g_ref.h"
+#include "platform/linux/http_download.h"
 
 namespace platform {
 namespace {
@@ -41,6 +42,7 @@ int ScaleFactor() {
 }  // namespace
 
 bool StartToolkit() {
+  PrepareDownloads();
   // X11 first, on a Wayland desktop too: only there can the second start of the program bring the
   // first one's window to the foreground, which Wayland grants to nobody but the focused program.
   gdk_set_allowed_backends("x11,*");

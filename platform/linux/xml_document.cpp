@@ -127,6 +127,7 @@ void XmlDocument::Impl::Load(const std::string& addressOrPath) {
     download = std::make_unique<HttpDownload>(addressOrPath, DownloadRules{},
                                               [this](std::optional<std::string> body) {
                                                 Take(std::move(body));
+                                                download.reset();
                                                 Tell();
                                               });
   }
