@@ -18,6 +18,7 @@
 #include "platform/linux/file_access.h"
 #include "platform/linux/g_ref.h"
 #include "platform/linux/paths.h"
+#include "platform/linux/toolkit.h"
 #include "platform/linux/wine_prefix.h"
 #include "platform/program.h"
 
@@ -62,8 +63,13 @@ struct FreeList {
 };
 using Environment = std::unique_ptr<gchar*, FreeList>;
 
+/// What this program says to its own browser engine is not for the programs that it starts.
+Environment EnvironmentForOthers() {
+  return Environment(g_environ_unsetenv(g_get_environ(), kWithoutGraphicsCard));
+}
+
 Environment EnvironmentWith(const char* name, const std::string& value) {
-  return Environment(g_environ_setenv(g_get_environ(), name, value.c_str(), TRUE));
+  return Environment(g_environ_setenv(EnvironmentForOthers().release(), name, value.c_str(), TRUE));
 }
 
 // The child inherits no descriptor, has nothing to read or write, and is nobody's to wait for.
@@ -85,7 +91,9 @@ void Spawn(const std::vector<std::string>& command, const Environment& environme
 void StartProgram(const std::string& program, std::vector<std::string> arguments,
                   const std::string& workingFolder) {
   arguments.insert(arguments.begin(), program);
-  if (KindOf(program) == ProgramKind::kLinux) return Spawn(arguments, nullptr, workingFolder);
+  if (KindOf(program) == ProgramKind::kLinux) {
+    return Spawn(arguments, EnvironmentForOthers(), workingFolder);
+  }
   const std::optional<std::string> prefix = WinePrefix();
   if (!prefix) throw std::runtime_error("there is no Wine prefix for a Windows program to run in");
   arguments.insert(arguments.begin(), WineProgram());

@@ -39,9 +39,15 @@ int ScaleFactor() {
   return monitor ? gdk_monitor_get_scale_factor(monitor) : 1;
 }
 
+/// A page of check boxes needs no graphics card. The settings of a view say the same; but WebKit
+/// would have looked for one and started its driver before it reads them.
+void DrawWithoutGraphicsCard() { g_setenv(kWithoutGraphicsCard, "1", FALSE); }
+
 }  // namespace
 
 bool StartToolkit() {
+  // Before there are threads, which may read the environment.
+  DrawWithoutGraphicsCard();
   PrepareDownloads();
   // X11 first, on a Wayland desktop too: only there can the second start of the program bring the
   // first one's window to the foreground, which Wayland grants to nobody but the focused program.

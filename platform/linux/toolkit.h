@@ -5,6 +5,9 @@
 
 namespace platform {
 
+/// A variable that WebKit reads. Set, it looks for no graphics card and starts no driver.
+inline constexpr const char* kWithoutGraphicsCard = "WEBKIT_DISABLE_COMPOSITING_MODE";
+
 /// Call once, before any window. False when there is no display to show one on.
 bool StartToolkit();
 

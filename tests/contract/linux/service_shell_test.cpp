@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include "core/text.h"
+#include "platform/linux/toolkit.h"
 #include "platform/shell.h"
 #include "tests/contract/linux/service_world.h"
 #include "tests/contract/service_case.h"
@@ -65,6 +66,7 @@ constexpr char kRecorder[] = R"(#!/bin/sh
   printf 'folder=%s\n' "$PWD"
   printf 'parent=%s\n' "$PPID"
   printf 'prefix=%s\n' "$WINEPREFIX"
+  env | grep '^WEBKIT_'
   for argument; do printf 'argument=%s\n' "$argument"; done
   ls -l /proc/self/fd/
 } >"$0.new" 2>/dev/null
@@ -107,6 +109,13 @@ TEST_F(Starting, RunsAProgramWithItsArguments) {
   platform::RunCommandLine('"' + In("reader") + "\" /a \"b c\" d\\\"e \"\" $HOME `id` ; * | &");
   EXPECT_THAT(ArgumentsOf(Native("reader")),
               ElementsAre("/a", "b c", "d\"e", "", "$HOME", "`id`", ";", "*", "|", "&"));
+}
+
+TEST_F(Starting, TellsNobodyWhatItToldItsEngine) {
+  const peer::Variable told(platform::kWithoutGraphicsCard, "1");
+  MakeRecorder(Native("reader"));
+  platform::RunCommandLine(In("reader"));
+  EXPECT_THAT(RecordOf(Native("reader")), Not(Contains(HasSubstr("WEBKIT_"))));
 }
 
 TEST_F(Starting, TakesAPathWithSlashesToo) {
