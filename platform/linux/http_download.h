@@ -30,8 +30,9 @@ struct DownloadRules {
   std::string trustedCa = std::string(core::kAdditionalTrustedCa);
 };
 
-/// Reads the authorities that the system trusts, in a thread: some ten milliseconds that the window's
-/// start need not wait for. Nothing else follows from it; a download that comes too early waits.
+/// Reads the authorities that the system trusts, in a thread: some ten milliseconds that the
+/// window's start need not wait for. Nothing else follows from it; a download that comes too early
+/// waits.
 void PrepareDownloads();
 
 class HttpDownload {
