@@ -6,13 +6,17 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "platform/form.h"
 #include "platform/linux/signals.h"
+#include "platform/web_browser.h"
 #include "tests/contract/linux/window_widgets.h"
 #include "tests/contract/window_peer.h"
+#include "tests/support/temporary_folder.h"
 
 namespace {
 
@@ -146,6 +150,34 @@ TEST_F(Appearance, GrowsAsAWholeWithTheScaleOfTexts) {
   Show();
   ASSERT_TRUE(Widens(2 * kButton));
   EXPECT_FALSE(IsCut());
+}
+
+/// What is asked of the first bar of the wait page, as the engine takes it.
+std::string WaitPageAnswers(const std::string& question) {
+  platform::Form form("form", 9000, 6000);
+  platform::WebBrowser browser{form.AddControl("WebBrowser", "browser", 9000, 6000)};
+  form.Show();
+  browser.Navigate(support::CorePath(std::filesystem::path(SOURCE_FOLDER) / "assets/wait.htm"));
+  auto* const view = WEBKIT_WEB_VIEW(widgets::WidgetOf("form", "browser"));
+  EXPECT_TRUE(peer::RunUntil([&] {
+    return widgets::AskPage(view, "document.readyState + !!document.querySelector('.bar')") ==
+           "completetrue";
+  }));
+  return widgets::AskPage(view, "getComputedStyle(" + question);
+}
+
+TEST_F(Appearance, MovesNothingOnTheWaitPageForThoseWhoAskedForThat) {
+  const std::string animation = "document.querySelector('.bar')).animationName";
+  EXPECT_EQ(WaitPageAnswers(animation), "speak");
+  const Setting still("gtk-enable-animations", FALSE);
+  EXPECT_EQ(WaitPageAnswers(animation), "breathe");
+}
+
+TEST_F(Appearance, ShowsADarkWaitPageOnADarkDesktop) {
+  const std::string ground = "document.body).backgroundColor";
+  EXPECT_EQ(WaitPageAnswers(ground), "rgb(255, 255, 255)");
+  const Setting dark("gtk-application-prefer-dark-theme", TRUE);
+  EXPECT_EQ(WaitPageAnswers(ground), "rgb(22, 32, 44)");
 }
 
 }  // namespace
