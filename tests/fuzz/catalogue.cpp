@@ -2,8 +2,8 @@
 //
 //     sv|Daniel|Julie|AB12        interface language, default voices, codes of installed products
 //     12|40                       ids that an earlier run queued
-//     Daniel Voice|English (UK)|12|75000000|AB12      products: name, language, id, size, code,
-//     type
+//     Daniel Voice|English (UK)|12|75000000|AB12
+//                                 products: name, language, id, size, code, type
 //
 // The catalogue may also stand there as it is.
 //
@@ -68,14 +68,19 @@ std::string Element(const std::string& name, std::string_view text) {
   return "<" + name + ">" + fuzz::Escaped(text) + "</" + name + ">";
 }
 
-/// What a line does not get to is absent, but for the type.
+/// "~" stands for an element that is absent. What a line does not get to is empty, or as it mostly
+/// is: steps that fail take their time, and random lines are short.
 std::string ProductOf(std::string_view line) {
   std::string product = "<product>";
-  for (const char* child : {"name", "language", "id", "size", "productcode"}) {
-    if (!line.empty()) product += Element(child, TakeField(line));
+  for (const char* child : {"name", "language", "id", "size", "productcode", "producttype"}) {
+    const bool isThere = !line.empty();
+    std::string text = TakeField(line);
+    if (text == "~") continue;
+    if (!isThere && child == std::string_view("size")) text = "9000000";
+    if (!isThere && child == std::string_view("producttype")) text = "Windows Voices";
+    product += Element(child, text);
   }
-  return product + Element("producttype", line.empty() ? "Windows Voices" : TakeField(line)) +
-         "</product>";
+  return product + "<link/></product>";
 }
 
 std::string CatalogueOf(std::string_view lines) {
@@ -296,7 +301,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (!voices) return 0;
   CheckRecords(*voices, catalogue, setting);
 
-  const auto queue = platform::ParseXml(QueueOf(setting.queued)).SelectSingleNode("*");
+  const auto queue = setting.queued.empty()
+                         ? platform::XmlNode()
+                         : platform::ParseXml(QueueOf(setting.queued)).SelectSingleNode("*");
   const VoicesPage page =
       BuildPage(*voices, fuzz::SameText, setting.defaultVoices, queue, &installer);
   fuzz::PageReader reader(page);
