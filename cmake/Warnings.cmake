@@ -4,6 +4,9 @@ target_compile_options(velor_flags INTERFACE -Wall -Wextra -Wpedantic -Werror)
 target_include_directories(velor_flags INTERFACE "${CMAKE_SOURCE_DIR}")
 if(VELOR_SANITIZE)
   set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+  # The browser engine is built without type information, and calls functions of the standard library
+  # that the linker takes from our program: looked at there, its objects would seem to be of no type.
+  list(APPEND sanitizers -fno-sanitize=vptr)
   # The sanitizers' own code makes GCC take what is initialised for something that may not be; the
   # build without them looks at that.
   target_compile_options(velor_flags INTERFACE ${sanitizers}
