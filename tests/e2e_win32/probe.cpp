@@ -113,8 +113,11 @@ void Click(HWND window, int x, int y) {
 void DescribeAccessible(HWND window) {
   platform::EnterApartment();
   platform::ComPtr<IAccessible> accessible;
-  platform::Check(AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), kIAccessible,
-                                             accessible.OutVoid()));
+  // Looked up, not imported: this program also tries what is loaded of its folder, and when.
+  const auto accessibleOf = platform::SystemFunction<decltype(AccessibleObjectFromWindow)>(
+      L"oleacc.dll", "AccessibleObjectFromWindow");
+  platform::Check(
+      accessibleOf(window, static_cast<DWORD>(OBJID_CLIENT), kIAccessible, accessible.OutVoid()));
   const platform::Variant self(static_cast<long>(CHILDID_SELF));
   platform::Variant state;
   platform::Bstr name;
