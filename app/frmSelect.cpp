@@ -162,9 +162,10 @@ void frmSelect::ReportFailedCatalogue() {
 }
 
 void frmSelect::BuildVoicesPage(const XmlDocument& catalogue) {
+  std::vector<clsVoice> voices;
   VoicesPage page;
   Attempt([&] {
-    auto voices = ReadCatalogue(catalogue.Records(), modI18N2::GetLanguage1(), mInstaller.get());
+    voices = ReadCatalogue(catalogue.Records(), modI18N2::GetLanguage1(), mInstaller.get());
     page = BuildPage(std::move(voices), Text,
                      {DefaultVoice("Speech.Voice1", 1), DefaultVoice("Speech.Voice2", 2)},
                      mQueueDoc ? mQueueDoc->DocumentElement() : XmlNode(), mInstaller.get());

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <string_view>
 #include <utility>
 
 #include "catalogue/voice_names.h"
@@ -53,16 +54,27 @@ bool IsSwedishOnly(const clsVoice& voice) {
 
 /// Equal names stay in their order.
 std::vector<clsVoice> SortedByName(std::vector<clsVoice> voices) {
-  // What a comparison looks at is worked out once a name, and voices are moved once.
-  std::vector<std::pair<std::string, std::size_t>> order;
+  // What a comparison looks at is worked out once a name, and lies in one piece: of a long
+  // catalogue every text that lies apart would be fetched from memory. Voices are moved once.
+  struct Key {
+    std::size_t begin;  // in `keys`
+    std::size_t size;
+    std::size_t voice;
+  };
+  std::string keys;
+  std::vector<Key> order;
   order.reserve(voices.size());
   for (const clsVoice& voice : voices) {
-    order.emplace_back(platform::SortKey(voice.Name), order.size());
+    const std::string key = platform::SortKey(voice.Name);
+    order.push_back({keys.size(), key.size(), order.size()});
+    keys += key;
   }
-  std::ranges::sort(order);
+  std::ranges::sort(order, {}, [&](const Key& key) {
+    return std::pair(std::string_view(keys).substr(key.begin, key.size), key.voice);
+  });
   std::vector<clsVoice> sorted;
   sorted.reserve(voices.size());
-  for (const auto& [key, place] : order) sorted.push_back(std::move(voices.at(place)));
+  for (const Key& key : order) sorted.push_back(std::move(voices[key.voice]));
   return sorted;
 }
 

@@ -98,7 +98,7 @@ void AddDefaultVoicesInfo(std::string& body, std::size_t& head, const TextLookup
 
 std::string CheckboxId(const clsVoice& voice) { return "check" + voice.ID; }
 
-VoicesPage BuildPage(std::vector<clsVoice> voices, const TextLookup& text,
+VoicesPage BuildPage(std::vector<clsVoice>&& voices, const TextLookup& text,
                      const std::array<std::string, 2>& defaultVoices, const XmlNode& queue,
                      const platform::WindowsInstaller* installer) {
   const auto isInstalled = [&](clsVoice& voice) {

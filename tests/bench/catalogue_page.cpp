@@ -6,10 +6,12 @@
 #include <libxml/parser.h>
 #include <malloc.h>
 
+#include <optional>
 #include <pugixml.hpp>
 #include <stdexcept>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "app/modDisplayHTMLInWebbrowser.h"
 #include "catalogue/catalogue_reader.h"
@@ -55,14 +57,20 @@ std::string DefaultVoice(const std::string& key, std::int16_t slot) {
   return CleanVoiceName(name);
 }
 
-VoicesPage MakePage(const platform::XmlDocument& catalogue,
-                    const platform::WindowsInstaller& installer, platform::WebBrowser& browser) {
-  auto voices = ReadCatalogue(catalogue.Records(), modI18N2::GetLanguage1(), &installer);
-  VoicesPage page = BuildPage(std::move(voices), Text,
-                              {DefaultVoice("Speech.Voice1", 1), DefaultVoice("Speech.Voice2", 2)},
-                              platform::XmlNode(), &installer);
-  modDisplayHTMLInWebbrowser::DisplayHTMLInWebbrowser(page.body, browser);
-  return page;
+// What there is in memory when the page file is written.
+struct Making {
+  platform::XmlDocument document{CatalogueList()};
+  std::vector<clsVoice> voices;
+  VoicesPage page;
+};
+
+void MakePage(Making& making, const platform::WindowsInstaller& installer,
+              platform::WebBrowser& browser) {
+  making.voices = ReadCatalogue(making.document.Records(), modI18N2::GetLanguage1(), &installer);
+  making.page = BuildPage(std::move(making.voices), Text,
+                          {DefaultVoice("Speech.Voice1", 1), DefaultVoice("Speech.Voice2", 2)},
+                          platform::XmlNode(), &installer);
+  modDisplayHTMLInWebbrowser::DisplayHTMLInWebbrowser(making.page.body, browser);
 }
 
 void CataloguePage(State& state, const Prefix& prefix, int voices, bool half) {
@@ -74,13 +82,16 @@ void CataloguePage(State& state, const Prefix& prefix, int voices, bool half) {
     state.PauseTiming();
     std::string arrived = bytes;
     ForgetMemory();
-    platform::XmlDocument document(CatalogueList());
+    // What is read is given up when the page file is written, by the reference as by the window.
+    std::optional<Making> making(std::in_place);
     state.ResumeTiming();
-    document.LoadXml(std::move(arrived));
-    const VoicesPage page = MakePage(document, *installer, browser);
+    making->document.LoadXml(std::move(arrived));
+    MakePage(*making, *installer, browser);
     state.PauseTiming();
     const auto offered = static_cast<std::size_t>(half ? voices / 2 : voices);
-    if (page.offered.size() != offered) throw std::logic_error("not the page that is meant");
+    if (making->page.offered.size() != offered)
+      throw std::logic_error("not the page that is meant");
+    making.reset();
     state.ResumeTiming();
   }
   CountVoices(state, voices);

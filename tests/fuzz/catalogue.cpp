@@ -304,8 +304,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto queue = setting.queued.empty()
                          ? platform::XmlNode()
                          : platform::ParseXml(QueueOf(setting.queued)).SelectSingleNode("*");
-  const VoicesPage page =
-      BuildPage(*voices, fuzz::SameText, setting.defaultVoices, queue, &installer);
+  const VoicesPage page = BuildPage(std::vector<clsVoice>(*voices), fuzz::SameText,
+                                    setting.defaultVoices, queue, &installer);
   fuzz::PageReader reader(page);
   CheckBody(*voices, page, reader);
   CheckTicks(page, reader, setting);
