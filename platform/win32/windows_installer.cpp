@@ -10,17 +10,25 @@
 namespace platform {
 namespace {
 
-ComPtr<IDispatch> NewInstaller() {
+CLSID InstallerClass() {
   EnterApartment();
   CLSID classId;
   Check(CLSIDFromProgID(L"WindowsInstaller.Installer", &classId));
-  return CreateObject<IDispatch>(classId);
+  return classId;
 }
 
 }  // namespace
 
 struct WindowsInstaller::Impl {
-  ComPtr<IDispatch> installer = NewInstaller();
+  /// Made at the first question, when the window is there and has been for a while: loading Windows
+  /// Installer and the nine libraries that it brings takes longer than any other step of the start.
+  const ComPtr<IDispatch>& Installer() {
+    if (!installer) installer = CreateObject<IDispatch>(classId);
+    return installer;
+  }
+
+  CLSID classId = InstallerClass();
+  ComPtr<IDispatch> installer;
 };
 
 WindowsInstaller::WindowsInstaller() : mImpl(std::make_unique<Impl>()) {}
@@ -31,7 +39,7 @@ std::optional<std::string> WindowsInstaller::ProductInfo(const std::string& prod
                                                          const std::string& property) const {
   return core::AttemptOr(std::optional<std::string>(), [&] {
     Variant code{WideText(productCode)}, name{WideText(property)}, answer;
-    GetMember(mImpl->installer, L"ProductInfo", {&code, &name}, answer);
+    GetMember(mImpl->Installer(), L"ProductInfo", {&code, &name}, answer);
     return std::optional(answer.Utf8());
   });
 }
