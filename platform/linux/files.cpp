@@ -1,4 +1,4 @@
-// The file services of platform/files.h.
+// The file services of platform/files.h, and the files of documents.
 //
 // SPDX-License-Identifier: MIT
 #include "platform/files.h"
@@ -17,6 +17,7 @@
 #include "platform/linux/file_access.h"
 #include "platform/linux/g_ref.h"
 #include "platform/linux/paths.h"
+#include "platform/shared/document_files.h"
 
 namespace platform {
 namespace {
@@ -60,6 +61,16 @@ void WriteUtf16File(const std::string& path, const std::string& text) {
   const std::string_view bytes(reinterpret_cast<const char*>(wide.data()),
                                wide.size() * sizeof(char16_t));
   ReplaceFile(NativePath(path), bytes, kOnlyForItsOwner);
+}
+
+std::string ReadDocument(const std::string& path, std::size_t limit) {
+  return ReadRegularFile(NativePath(path), limit);
+}
+
+void ReplaceDocument(const std::string& path, std::string_view bytes) {
+  // As a new file usually has it; the umask makes it narrower.
+  constexpr int kOrdinaryFile = 0666;
+  ReplaceFile(NativePath(path), bytes, kOrdinaryFile);
 }
 
 }  // namespace platform

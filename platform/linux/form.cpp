@@ -16,6 +16,7 @@
 #include "platform/linux/form_window.h"
 #include "platform/linux/signals.h"
 #include "platform/linux/toolkit.h"
+#include "platform/shared/event_queue.h"
 
 namespace platform {
 namespace {

@@ -15,6 +15,7 @@
 #include "core/attempt.h"
 #include "platform/linux/g_ref.h"
 #include "platform/linux/signals.h"
+#include "platform/shared/event_queue.h"
 
 namespace platform {
 namespace {
@@ -149,7 +150,7 @@ struct HttpDownload::Impl : std::enable_shared_from_this<Impl> {
   SignalConnection networkSignal;
   std::string body;
   std::array<char, 64 * 1024> buffer{};
-  int redirects = 0;
+  unsigned redirects = 0;
   guint idleWatch = 0;
   guint totalWatch = 0;
 };

@@ -1,5 +1,4 @@
-// What GLib's event loop calls back: signal connections and posted steps, which let no exception
-// out and end with their owner.
+// What GLib calls back: signal connections, which let no exception out and end with their owner.
 //
 // SPDX-License-Identifier: MIT
 #pragma once
@@ -81,18 +80,6 @@ template <class Signature>
                                           new typename Call::Handler(std::move(handler)),
                                           &Call::Delete, static_cast<GConnectFlags>(0));
   return {GRef<GObject>::Share(G_OBJECT(instance)), id};
-}
-
-/// Calls `step` once from the event loop.
-inline void Post(std::function<void()> step) {
-  g_idle_add_full(
-      G_PRIORITY_DEFAULT,
-      [](gpointer data) -> gboolean {
-        Guard(*static_cast<std::function<void()>*>(data));
-        return G_SOURCE_REMOVE;
-      },
-      new std::function<void()>(std::move(step)),
-      [](gpointer data) { delete static_cast<std::function<void()>*>(data); });
 }
 
 }  // namespace platform

@@ -1,17 +1,15 @@
-// Steps that are run from the event loop. They go through a window that nobody sees, so that they
-// are run as well while the system's own loop runs, as it does while a message is shown or the
-// window is dragged.
+// Timers, and steps that are run from the event loop. They go through a window that nobody sees, so
+// that they are run as well while the system's own loop runs, as it does while a message is shown
+// or the window is dragged.
 //
 // SPDX-License-Identifier: MIT
 #pragma once
 
 #include <functional>
 
-namespace platform {
+#include "platform/shared/event_queue.h"
 
-/// Calls `step` once from the event loop of the user-interface thread. May be called by any thread
-/// once the user-interface thread has called it or StartTimer.
-void Post(std::function<void()> step);
+namespace platform {
 
 /// Calls `step` again and again until StopTimer; answers the timer's number, which is never 0.
 unsigned StartTimer(unsigned milliseconds, std::function<void()> step);

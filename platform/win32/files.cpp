@@ -1,4 +1,4 @@
-// The file services of platform/files.h.
+// The file services of platform/files.h, and the files of documents.
 //
 // SPDX-License-Identifier: MIT
 #include "platform/files.h"
@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "core/attempt.h"
+#include "platform/shared/document_files.h"
 #include "platform/win32/file_access.h"
 #include "platform/win32/text.h"
 
@@ -29,6 +30,14 @@ void WriteUtf16File(const std::string& path, const std::string& text) {
   std::wstring wide = CheckedWideText(text);
   wide.insert(wide.begin(), L'\xFEFF');
   ReplaceWholeFile(SystemPath(path), {reinterpret_cast<const char*>(wide.data()), wide.size() * 2});
+}
+
+std::string ReadDocument(const std::string& path, std::size_t limit) {
+  return ReadRegularFile(SystemPath(path), limit);
+}
+
+void ReplaceDocument(const std::string& path, std::string_view bytes) {
+  ReplaceWholeFile(SystemPath(path), bytes);
 }
 
 }  // namespace platform

@@ -1,8 +1,12 @@
 // The download on WinHTTP. It works on threads of its own; each thing that it tells is handed to
 // the user-interface thread, where everything else here happens.
 //
+// It is WinHTTP's work and not MSXML's own loading, since that tells neither the status of an
+// answer nor its bytes, knows no limits, and keeps the catalogue in a cache. Compression is not
+// asked for.
+//
 // SPDX-License-Identifier: MIT
-#include "platform/win32/http_download.h"
+#include "platform/shared/http_download.h"
 
 #include <algorithm>
 #include <array>

@@ -7,7 +7,7 @@
 #include <memory>
 #include <optional>
 
-#include "platform/linux/http_download.h"
+#include "platform/shared/http_download.h"
 #include "platform/xml_document.h"
 #include "tests/contract/linux/service_world.h"
 #include "tests/contract/service_case.h"

@@ -1,9 +1,6 @@
 // One download over https, through the system's proxy settings and trust. It keeps nothing on disk,
 // sends no cookie, and goes nowhere but over https.
 //
-// It is WinHTTP's work and not MSXML's own loading, since that tells neither the status of an
-// answer nor its bytes, knows no limits, and keeps the catalogue in a cache.
-//
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -14,6 +11,8 @@
 #include <optional>
 #include <string>
 
+#include "core/build_settings.h"
+
 namespace platform {
 
 /// What a download may take. The defaults are what the program uses; tests are more impatient.
@@ -23,9 +22,13 @@ struct DownloadRules {
   /// The longest time altogether, so that a server which goes on and on in drops keeps nobody
   /// waiting for ever. The catalogue comes in a fifth of it over the slowest line in use.
   std::chrono::milliseconds totalLimit = std::chrono::minutes(10);
-  /// Of the body. Compression is not asked for. The catalogue is about 1 MB.
+  /// Of the body as it is after decoding, so that a small compressed answer cannot fill the memory.
+  /// The catalogue is about 1 MB.
   std::size_t sizeLimit = std::size_t{64} << 20;
   unsigned redirectLimit = 10;
+  /// A PEM file of authorities that are trusted besides the system's; none when empty. Looked at on
+  /// Linux alone: Windows trusts what is in its store.
+  std::string trustedCa = std::string(core::kAdditionalTrustedCa);
 };
 
 class HttpDownload {

@@ -1,5 +1,6 @@
-// Documents that are loaded and saved. The tree is xml_node.cpp's; kept here are the bytes as they
-// came, since a document is saved unchanged.
+// Documents that are loaded and saved, on every system: when they are complete and who is told. The
+// tree is each back end's; kept here are the bytes as they came, since a document is saved
+// unchanged.
 //
 // SPDX-License-Identifier: MIT
 #include "platform/xml_document.h"
@@ -11,9 +12,9 @@
 
 #include "core/attempt.h"
 #include "core/text.h"
-#include "platform/win32/event_queue.h"
-#include "platform/win32/file_access.h"
-#include "platform/win32/http_download.h"
+#include "platform/shared/document_files.h"
+#include "platform/shared/event_queue.h"
+#include "platform/shared/http_download.h"
 
 namespace platform {
 namespace {
@@ -35,7 +36,7 @@ bool IsHttpsAddress(const std::string& addressOrPath) {
 
 std::optional<std::string> FileBytes(const std::string& path) {
   std::optional<std::string> bytes;
-  core::Attempt([&] { bytes = ReadRegularFile(SystemPath(path), kFileLimit); });
+  core::Attempt([&] { bytes = ReadDocument(path, kFileLimit); });
   return bytes;
 }
 
@@ -96,7 +97,7 @@ const std::vector<XmlRecord>& XmlDocument::Records() const { return mImpl->recor
 
 void XmlDocument::Save(const std::string& path) const {
   if (!mImpl->holdsAnything) throw std::runtime_error("the document holds nothing to save");
-  ReplaceWholeFile(SystemPath(path), mImpl->bytes);
+  ReplaceDocument(path, mImpl->bytes);
 }
 
 // Also gives up a load under way, of which nothing is told then.
@@ -124,6 +125,7 @@ void XmlDocument::Impl::Load(const std::string& addressOrPath) {
     download = std::make_unique<HttpDownload>(addressOrPath, DownloadRules{},
                                               [this](std::optional<std::string> body) {
                                                 Take(std::move(body));
+                                                download.reset();
                                                 Tell();
                                               });
   }
