@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "core/build_settings.h"
-#include "platform/linux/control_impl.h"
+#include "platform/linux/native_control.h"
 #include "platform/linux/signals.h"
 #include "platform/linux/toolkit.h"
 #include "platform/linux/web_view.h"
@@ -85,10 +85,10 @@ double SystemPoints(GtkWidget* widget) {
                                                            : size;
 }
 
-class CommandButton : public Control::Impl {
+class CommandButton : public NativeControl {
  public:
   explicit CommandButton(const std::string& name)
-      : Impl("CommandButton", name, gtk_button_new_with_mnemonic("")) {
+      : NativeControl("CommandButton", name, gtk_button_new_with_mnemonic("")) {
     PrepareText();
     AddStyle(Widget(), "button { min-width: 0; min-height: 0; padding: 0 4px; }");
     mClicked = Connect<void()>(Widget(), "clicked", [this] {
@@ -120,7 +120,7 @@ class CommandButton : public Control::Impl {
     mHandler = nullptr;
     mClicked = {};
     mStyled = {};
-    Impl::End();
+    NativeControl::End();
   }
 
  private:
@@ -166,9 +166,9 @@ class CommandButton : public Control::Impl {
   SignalConnection mStyled;
 };
 
-class Label : public Control::Impl {
+class Label : public NativeControl {
  public:
-  explicit Label(const std::string& name) : Impl("Label", name, gtk_label_new(nullptr)) {
+  explicit Label(const std::string& name) : NativeControl("Label", name, gtk_label_new(nullptr)) {
     gtk_label_set_xalign(Text(), 0);  // the leading edge, in either direction
     gtk_label_set_ellipsize(Text(), PANGO_ELLIPSIZE_END);
   }
@@ -198,10 +198,10 @@ class Label : public Control::Impl {
 };
 
 /// Shows the program's logo at the top of a column, as wide as the column.
-class PictureBox : public Control::Impl {
+class PictureBox : public NativeControl {
  public:
   explicit PictureBox(const std::string& name)
-      : Impl("PictureBox", name, gtk_drawing_area_new()),
+      : NativeControl("PictureBox", name, gtk_drawing_area_new()),
         // Without the picture the column is empty, which is no reason to fail.
         mLogo(GRef<GdkPixbuf>::Adopt(
             gdk_pixbuf_new_from_resource("/com/velorsoftware/VoiceSetup/logo.png", nullptr))) {
@@ -216,7 +216,7 @@ class PictureBox : public Control::Impl {
 
   void End() override {
     mDraw = {};
-    Impl::End();
+    NativeControl::End();
   }
 
  private:
@@ -238,7 +238,7 @@ class PictureBox : public Control::Impl {
 
 }  // namespace
 
-std::shared_ptr<Control::Impl> MakeControl(const std::string& kind, const std::string& name) {
+std::shared_ptr<NativeControl> MakeControl(const std::string& kind, const std::string& name) {
   if (kind == "CommandButton") return std::make_shared<CommandButton>(name);
   if (kind == "Label") return std::make_shared<Label>(name);
   if (kind == "PictureBox") return std::make_shared<PictureBox>(name);

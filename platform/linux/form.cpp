@@ -11,9 +11,9 @@
 #include <stdexcept>
 #include <utility>
 
-#include "platform/linux/control_impl.h"
 #include "platform/linux/form_area.h"
 #include "platform/linux/form_window.h"
+#include "platform/linux/native_control.h"
 #include "platform/linux/signals.h"
 #include "platform/linux/toolkit.h"
 #include "platform/shared/event_queue.h"
@@ -50,14 +50,14 @@ struct Form::Impl final : FormAreaOwner, std::enable_shared_from_this<Form::Impl
   Impl& operator=(const Impl&) = delete;
 
   GtkWindow* Window() const { return GTK_WINDOW(mWindow.Get()); }
-  void Add(const std::shared_ptr<Control::Impl>& control);
+  void Add(const std::shared_ptr<NativeControl>& control);
   void SetRightToLeft(bool rightToLeft);
   void Show();
   void Unload();
 
   const std::string name;
   std::string caption;
-  std::vector<std::shared_ptr<Control::Impl>> controls;
+  std::vector<std::shared_ptr<NativeControl>> controls;
   int width;
   int height;
   std::function<void()> onResize;
@@ -113,7 +113,7 @@ Form::Impl::~Impl() {
   EndLoaded();
 }
 
-void Form::Impl::Add(const std::shared_ptr<Control::Impl>& control) {
+void Form::Impl::Add(const std::shared_ptr<NativeControl>& control) {
   Window();
   controls.push_back(control);
   gtk_container_add(GTK_CONTAINER(mArea.Get()), control->Widget());
@@ -197,7 +197,7 @@ bool Form::Impl::FocusNext(GtkDirectionType direction) const {
   auto order = controls;
   if (direction == GTK_DIR_TAB_BACKWARD) std::reverse(order.begin(), order.end());
   GtkWidget* const focused = gtk_container_get_focus_child(GTK_CONTAINER(mArea.Get()));
-  auto next = std::ranges::find(order, focused, &Control::Impl::Widget);
+  auto next = std::ranges::find(order, focused, &NativeControl::Widget);
   if (next == order.end()) next = order.begin();
   return std::any_of(next, order.end(),
                      [&](const auto& control) { return control->TakeFocus(direction); });

@@ -108,7 +108,8 @@ bool IsLocal(std::string_view address) {
 
 }  // namespace
 
-WebViewControl::WebViewControl(const std::string& name) : Impl("WebBrowser", name, NewView()) {
+WebViewControl::WebViewControl(const std::string& name)
+    : NativeControl("WebBrowser", name, NewView()) {
   // A file dropped on the page would be navigated to.
   gtk_drag_dest_unset(Widget());
   mConnections.push_back(Connect<gboolean(WebKitPolicyDecision*, WebKitPolicyDecisionType)>(
@@ -180,7 +181,7 @@ bool WebViewControl::MayHaveChanged() const {
 
 /// WebKit would go on where the focus left the page, which is its end.
 bool WebViewControl::TakeFocus(GtkDirectionType direction) {
-  if (!Impl::TakeFocus(direction)) return false;
+  if (!NativeControl::TakeFocus(direction)) return false;
   const std::string index = direction == GTK_DIR_TAB_FORWARD ? "0" : "-1";
   const std::string script = "{ const index = " + index + ";" + kFocusStop + "}";
   webkit_web_view_evaluate_javascript(View(), script.c_str(), -1, kHostWorld, nullptr, nullptr,
@@ -191,7 +192,7 @@ bool WebViewControl::TakeFocus(GtkDirectionType direction) {
 void WebViewControl::End() {
   mBeforeNavigate = nullptr;
   mConnections.clear();
-  Impl::End();
+  NativeControl::End();
 }
 
 void WebViewControl::SetBeforeNavigate(std::function<bool(const std::string&)> handler) {

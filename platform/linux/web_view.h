@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/control_impl.h"
+#include "platform/linux/native_control.h"
 #include "platform/linux/signals.h"
 
 namespace platform {
@@ -19,7 +19,7 @@ namespace platform {
 /// there.
 inline constexpr const char* kHostWorld = "VelorVoiceSetup";
 
-class WebViewControl : public Control::Impl {
+class WebViewControl : public NativeControl {
  public:
   explicit WebViewControl(const std::string& name);
 

@@ -61,7 +61,7 @@ RECT InsideOf(HWND window) {
 }  // namespace
 
 BrowserControl::BrowserControl(HWND form, const std::string& name)
-    : Impl("WebBrowser", name),
+    : NativeControl("WebBrowser", name),
       mSite(ComPtr<BrowserSite>::Share(new BrowserSite(this))),
       mBrowser(CreateObject<IWebBrowser2>(__uuidof(WebBrowser))) {
   WNDCLASSW description = {};
@@ -154,7 +154,7 @@ void BrowserControl::End() {
   mBeforeNavigate = nullptr;
   if (Lives()) SetWindowLongPtrW(Window(), GWLP_USERDATA, 0);
   CloseControl();
-  Impl::End();
+  NativeControl::End();
 }
 
 void BrowserControl::CloseControl() {

@@ -11,11 +11,11 @@
 
 #include "platform/win32/browser_site.h"
 #include "platform/win32/com.h"
-#include "platform/win32/control_impl.h"
+#include "platform/win32/native_control.h"
 
 namespace platform {
 
-class BrowserControl final : public Control::Impl {
+class BrowserControl final : public NativeControl {
  public:
   BrowserControl(HWND form, const std::string& name);
   ~BrowserControl() override;

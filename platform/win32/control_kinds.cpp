@@ -10,9 +10,9 @@
 #include "core/build_settings.h"
 #include "platform/win32/accessible.h"
 #include "platform/win32/browser_control.h"
-#include "platform/win32/control_impl.h"
 #include "platform/win32/dpi.h"
 #include "platform/win32/font_handle.h"
+#include "platform/win32/native_control.h"
 #include "platform/win32/picture.h"
 #include "platform/win32/text.h"
 
@@ -26,9 +26,9 @@ HWND MakeChild(HWND form, const wchar_t* windowClass, const std::wstring& text, 
 }
 
 /// Buttons and labels: a text in a font, in a direction.
-class TextControl : public Control::Impl {
+class TextControl : public NativeControl {
  public:
-  using Impl::Impl;
+  using NativeControl::NativeControl;
 
   std::string Caption() const override { return mCaption; }
   void SetCaption(const std::string& caption) override {
@@ -95,14 +95,14 @@ class CommandButton : public TextControl {
     TextControl::SetCaption(caption);
     UseFont();
   }
-  void OnClick(std::function<void()> handler) override { mHandler = std::move(handler); }
+  void OnClick(std::function<void()>&& handler) override { mHandler = std::move(handler); }
   void Pressed() override {
     // A copy: the handler may end the form, and this control's handler with it.
     if (const auto handler = mHandler) handler();
   }
   void End() override {
     mHandler = nullptr;
-    Impl::End();
+    NativeControl::End();
   }
 
  private:
@@ -151,9 +151,9 @@ bool HighContrast() {
 }
 
 /// Shows the program's logo at the top of a column, as wide as the column.
-class PictureBox : public Control::Impl {
+class PictureBox : public NativeControl {
  public:
-  PictureBox(HWND form, const std::string& name) : Impl("PictureBox", name) {
+  PictureBox(HWND form, const std::string& name) : NativeControl("PictureBox", name) {
     SetWindow(MakeChild(form, L"STATIC", WideText(core::kProductName), SS_OWNERDRAW | SS_NOTIFY));
     DescribeAsPicture(Window());
   }
@@ -191,7 +191,7 @@ class PictureBox : public Control::Impl {
 
 }  // namespace
 
-std::shared_ptr<Control::Impl> MakeControl(HWND form, const std::string& kind,
+std::shared_ptr<NativeControl> MakeControl(HWND form, const std::string& kind,
                                            const std::string& name) {
   if (kind == "CommandButton") return std::make_shared<CommandButton>(form, name);
   if (kind == "Label") return std::make_shared<Label>(form, name);

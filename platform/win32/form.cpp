@@ -13,10 +13,10 @@
 #include <utility>
 
 #include "core/attempt.h"
-#include "platform/win32/control_impl.h"
 #include "platform/win32/dpi.h"
 #include "platform/win32/event_queue.h"
 #include "platform/win32/form_window.h"
+#include "platform/win32/native_control.h"
 #include "platform/win32/text.h"
 #include "platform/win32/tool_tips.h"
 #include "platform/win32/window_name.h"
@@ -68,7 +68,7 @@ struct Form::Impl : std::enable_shared_from_this<Form::Impl> {
 
   /// Throws std::logic_error when the window has gone.
   HWND Window() const;
-  void Add(const std::shared_ptr<Control::Impl>& control);
+  void Add(const std::shared_ptr<NativeControl>& control);
   void SetRightToLeft(bool rightToLeft);
   void Show();
   void Unload();
@@ -76,7 +76,7 @@ struct Form::Impl : std::enable_shared_from_this<Form::Impl> {
 
   const std::string name;
   std::string caption;
-  std::vector<std::shared_ptr<Control::Impl>> controls;
+  std::vector<std::shared_ptr<NativeControl>> controls;
   int dpi;
   int width;
   int height;
@@ -94,13 +94,13 @@ struct Form::Impl : std::enable_shared_from_this<Form::Impl> {
   void MoveToDpi(int newDpi, const RECT& place);
   void SystemLooksChanged();
   void PlaceChildren();
-  void PlaceChild(const Control::Impl& control) const;
+  void PlaceChild(const NativeControl& control) const;
   void TellResize() const;
   void Activated(bool active);
   void TakeFocus();
   void MoveFocus(bool backwards);
   bool PressFocused();
-  std::shared_ptr<Control::Impl> ControlOf(HWND window) const;
+  std::shared_ptr<NativeControl> ControlOf(HWND window) const;
   void CloseWindow();
   void TellUnloaded();
   void EndLoaded();
@@ -190,9 +190,10 @@ void Form::Impl::FitOnScreen() {
   height = client.bottom;
 }
 
-void Form::Impl::Add(const std::shared_ptr<Control::Impl>& control) {
+void Form::Impl::Add(const std::shared_ptr<NativeControl>& control) {
   controls.push_back(control);
-  control->JoinForm([this, raw = control.get()] { PlaceChild(*raw); }, mToolTips);
+  control->SetMover([this, raw = control.get()] { PlaceChild(*raw); });
+  control->JoinToolTips(mToolTips);
 }
 
 // Windows mirrors: a child's place counts from the right edge from then on.
@@ -281,7 +282,7 @@ void Form::Impl::PlaceChildren() {
 }
 
 /// Edges are rounded, not sizes: two controls that meet in twips meet on the screen.
-void Form::Impl::PlaceChild(const Control::Impl& control) const {
+void Form::Impl::PlaceChild(const NativeControl& control) const {
   const Place& place = control.Where();
   const int left = PixelsOf(place.left, dpi);
   const int right = PixelsOf(static_cast<double>(place.left) + place.width, dpi);
@@ -316,7 +317,7 @@ void Form::Impl::TakeFocus() {
 
 /// In the order of adding, round and round.
 void Form::Impl::MoveFocus(bool backwards) {
-  std::vector<std::shared_ptr<Control::Impl>> order = controls;
+  std::vector<std::shared_ptr<NativeControl>> order = controls;
   if (backwards) std::ranges::reverse(order);
   const auto focused = std::ranges::find_if(order, [](const auto& c) { return c->HasFocus(); });
   if (focused != order.end()) std::ranges::rotate(order, std::next(focused));
@@ -353,7 +354,7 @@ bool Form::Impl::TakeKey(MSG& message) {
   return message.message == WM_SYSCHAR && IsDialogMessageW(Window(), &message);
 }
 
-std::shared_ptr<Control::Impl> Form::Impl::ControlOf(HWND window) const {
+std::shared_ptr<NativeControl> Form::Impl::ControlOf(HWND window) const {
   const auto found = std::ranges::find_if(
       controls, [&](const auto& c) { return c->Lives() && c->Window() == window; });
   return found == controls.end() ? nullptr : *found;

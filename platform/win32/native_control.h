@@ -1,46 +1,34 @@
-// The inside of a control, shared by the files that make the kinds and the form that places them.
+// The inside of a control on Windows, shared by the files that make the kinds and the form that
+// places them.
 //
 // SPDX-License-Identifier: MIT
 #pragma once
 
 #include <windows.h>
 
-#include <functional>
 #include <memory>
 #include <string>
 
-#include "platform/control.h"
+#include "platform/shared/control_impl.h"
 
 namespace platform {
-
-/// Twips, as they were set: what is read back does not depend on the screen's pixels.
-struct Place {
-  float left = 0;
-  float top = 0;
-  float width = 0;
-  float height = 0;
-};
 
 /// Where the keyboard's focus comes from: another window, or by the Tab key from the control before
 /// or behind.
 enum class FocusFrom { kOutside, kBefore, kBehind };
 
-/// What all kinds share. Each kind overrides what it has more; what it lacks throws. The form
-/// hands on what its window is told of the control (commands, drawing).
-struct Control::Impl {
-  Impl(std::string kind, std::string name);
-  virtual ~Impl() = default;
-  Impl(const Impl&) = delete;
-  Impl& operator=(const Impl&) = delete;
+/// The form hands on what its window is told of the control (commands, drawing).
+class NativeControl : public Control::Impl {
+ public:
+  using Impl::Impl;
 
-  virtual std::string Caption() const;
-  virtual void SetCaption(const std::string& caption);
-  virtual void SetFont(const Font& font);
-  virtual void SetRightToLeft(bool rightToLeft);
-  virtual void OnClick(std::function<void()> handler);
-
-  std::string ToolTipText() const { return mToolTipText; }
-  void SetToolTipText(const std::string& text);
+  std::string ToolTipText() const override { return mToolTipText; }
+  void SetToolTipText(const std::string& text) override;
+  bool Enabled() const override;
+  void SetEnabled(bool enabled) override;
+  void BringToFront() override;
+  void CheckLives() const override { Window(); }
+  void End() override;
 
   /// The control was pressed.
   virtual void Pressed() {}
@@ -63,32 +51,22 @@ struct Control::Impl {
   /// Throws std::logic_error when the form has gone.
   HWND Window() const;
   bool Lives() const { return mWindow != nullptr; }
-  /// The form has gone: nothing of the control may be used or told any more.
-  virtual void End();
 
-  /// The form, once it has the control, moves the window to its place whenever that changes, and
-  /// has the window that shows tool tips.
-  void JoinForm(std::function<void()> mover, HWND toolTips);
-  void Move(const Place& place);
-  const Place& Where() const { return mPlace; }
-
-  const std::string kind;
-  const std::string name;
+  /// The form, once it has the control, gives it the window that shows tool tips.
+  void JoinToolTips(HWND toolTips);
 
  protected:
   void SetWindow(HWND window);
 
  private:
   HWND mWindow = nullptr;
-  Place mPlace;
-  std::function<void()> mMover;
   HWND mToolTips = nullptr;
   std::string mToolTipText;
 };
 
 /// Makes a control of one of the kinds that platform/form.h names, inside a form's window; throws
 /// for another.
-std::shared_ptr<Control::Impl> MakeControl(HWND form, const std::string& kind,
+std::shared_ptr<NativeControl> MakeControl(HWND form, const std::string& kind,
                                            const std::string& name);
 
 }  // namespace platform

@@ -1,16 +1,14 @@
-// The inside of a control, shared by the files that make the kinds and the form that places them.
+// The inside of a control as far as it is the same on every system: what all kinds share, and where
+// they stand. A back end's NativeControl derives from it, and its kinds of control from that.
 //
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <gtk/gtk.h>
-
 #include <functional>
-#include <memory>
 #include <string>
+#include <utility>
 
 #include "platform/control.h"
-#include "platform/linux/g_ref.h"
 
 namespace platform {
 
@@ -22,9 +20,9 @@ struct Place {
   float height = 0;
 };
 
-/// What all kinds share. Each kind overrides what it has more; what it lacks throws.
+/// Each kind overrides what it has more; what it lacks throws.
 struct Control::Impl {
-  Impl(std::string kind, std::string name, GtkWidget* fresh);
+  Impl(std::string kind, std::string name);
   virtual ~Impl() = default;
   Impl(const Impl&) = delete;
   Impl& operator=(const Impl&) = delete;
@@ -35,16 +33,19 @@ struct Control::Impl {
   virtual void SetRightToLeft(bool rightToLeft);
   virtual void OnClick(std::function<void()>&& handler);
 
-  /// Tab has come here: false when there is nothing, or nothing more, to focus.
-  virtual bool TakeFocus(GtkDirectionType direction);
+  // What the system keeps for every kind.
+  virtual std::string ToolTipText() const = 0;
+  virtual void SetToolTipText(const std::string& text) = 0;
+  virtual bool Enabled() const = 0;
+  virtual void SetEnabled(bool enabled) = 0;
+  virtual void BringToFront() = 0;
 
   /// Throws std::logic_error when the form has gone.
-  GtkWidget* Widget() const { return mWidget.Get(); }
-  bool Lives() const { return static_cast<bool>(mWidget); }
+  virtual void CheckLives() const = 0;
   /// The form has gone: nothing of the control may be used or told any more.
-  virtual void End();
+  virtual void End() { mMover = nullptr; }
 
-  /// The form, once it has the control, moves the widget to its place whenever that changes.
+  /// The form, once it has the control, moves it to its place whenever that changes.
   void SetMover(std::function<void()> mover) { mMover = std::move(mover); }
   void Move(const Place& place);
   const Place& Where() const { return mPlace; }
@@ -53,12 +54,8 @@ struct Control::Impl {
   const std::string name;
 
  private:
-  GRef<GtkWidget> mWidget;
   Place mPlace;
   std::function<void()> mMover;
 };
-
-/// Makes a control of one of the kinds that platform/form.h names; throws for another.
-std::shared_ptr<Control::Impl> MakeControl(const std::string& kind, const std::string& name);
 
 }  // namespace platform
