@@ -7,6 +7,8 @@ import sys
 import unittest
 import xml.etree.ElementTree as ElementTree
 
+ENDINGS = (signal.SIGHUP, signal.SIGINT, signal.SIGTERM)
+
 
 class _Result(unittest.TextTestResult):
     """Writes down each case for scripts/count-tests, in the words of the other tests' files."""
@@ -14,6 +16,18 @@ class _Result(unittest.TextTestResult):
     def __init__(self, *arguments, **options):
         super().__init__(*arguments, **options)
         self.cases = []
+
+    # Whoever ends a run has its case fail, which cleans up behind it, and no other case begins.
+    def _end(self, *_):
+        for ending in ENDINGS:
+            signal.signal(ending, signal.SIG_IGN)
+        self.stop()
+        sys.exit(1)
+
+    def startTestRun(self):
+        super().startTestRun()
+        for ending in ENDINGS:
+            signal.signal(ending, self._end)
 
     def startTest(self, test):
         super().startTest(test)
@@ -37,6 +51,4 @@ class _Result(unittest.TextTestResult):
 
 
 def main():
-    # A hang is ended by CTest with the first signal; that must not leave programs behind.
-    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
     unittest.main(verbosity=2, testRunner=unittest.TextTestRunner(resultclass=_Result, verbosity=2))
