@@ -40,37 +40,41 @@ class Words(typing.NamedTuple):
     offered: tuple = (AGNES,)
 
 
-ENGLISH = Words(
-    loading="Loading voices…",
-    available="Available Voices",
-    installed="Already Installed",
-    button="Install",
-    button_tip="Install the selected voices",
-    status_tip="Number and total size of the selected voices",
-    one="1 voice, 75MB",
-    prompt=scenario.PROMPT,
-)
-SWEDISH = Words(
-    loading="Läser in röster…",
-    available="Tillgängliga röster",
-    installed="Redan installerade",
-    button="Installera",
-    button_tip="Installera de valda rösterna",
-    status_tip="Antal valda röster och deras sammanlagda storlek",
-    one="1 röst, 75MB",
-    prompt="Du kan skaffa fler röster när du vill genom att starta Velor Voice Setup igen.",
-    offered=(AGNES, ERIK),
-)
-ARABIC = Words(
-    loading="جارٍ تحميل الأصوات…",
-    available="الأصوات المتوفرة",
-    installed="الأصوات المثبتة بالفعل",
-    button="تثبيت",
-    button_tip="تثبيت الأصوات المحددة",
-    status_tip="عدد الأصوات المحددة وحجمها الإجمالي",
-    one="1 صوت، 75MB",
-    prompt="يمكنك الحصول على المزيد من الأصوات في أي وقت بتشغيل Velor Voice Setup مرة أخرى.",
-)
+def words(lines, **more):
+    """A line for each text, in their order."""
+    return Words(*lines.strip().splitlines(), **more)
+
+
+ENGLISH = words(f"""
+Loading voices…
+Available Voices
+Already Installed
+Install
+Install the selected voices
+Number and total size of the selected voices
+1 voice, 75MB
+{scenario.PROMPT}
+""")
+SWEDISH = words("""
+Läser in röster…
+Tillgängliga röster
+Redan installerade
+Installera
+Installera de valda rösterna
+Antal valda röster och deras sammanlagda storlek
+1 röst, 75MB
+Du kan skaffa fler röster när du vill genom att starta Velor Voice Setup igen.
+""", offered=(AGNES, ERIK))
+ARABIC = words("""
+جارٍ تحميل الأصوات…
+الأصوات المتوفرة
+الأصوات المثبتة بالفعل
+تثبيت
+تثبيت الأصوات المحددة
+عدد الأصوات المحددة وحجمها الإجمالي
+1 صوت، 75MB
+يمكنك الحصول على المزيد من الأصوات في أي وقت بتشغيل Velor Voice Setup مرة أخرى.
+""")
 
 
 class Met(typing.NamedTuple):
