@@ -89,7 +89,7 @@ class NetworkFaults(fault_suite.Suite, scenario.Scenario):
     @classmethod
     def setUpClass(cls):
         super().setUpClass()
-        cls.begin(scenario.build, None, Slot, SLOTS)
+        cls.begin(scenario.build, None, {Slot: SLOTS})
 
 
 fault_suite.add_tests(NetworkFaults)

@@ -28,6 +28,7 @@
 #include "platform/win32/system_library.h"
 #include "platform/win32/text.h"
 #include "platform/win32/window_name.h"
+#include "tests/e2e_win32/encoded.h"
 
 // Behind the header that it needs.
 #include <oleacc.h>
@@ -41,15 +42,7 @@ constexpr IID kIAccessible = {
 // Longer than anything that the program does in one go.
 constexpr UINT kPatience = 5000;
 
-std::string Encoded(const std::wstring& text) {
-  constexpr const char* kDigits = "0123456789ABCDEF";
-  std::string encoded;
-  for (const char c : platform::Utf8Text(text)) {
-    const auto byte = static_cast<unsigned char>(c);
-    encoded += {'%', kDigits[byte >> 4], kDigits[byte & 15]};
-  }
-  return encoded.empty() ? "-" : encoded;
-}
+std::string Encoded(const std::wstring& text) { return ::Encoded(platform::Utf8Text(text)); }
 
 HWND WindowOf(long long number) { return reinterpret_cast<HWND>(number); }
 

@@ -46,6 +46,7 @@ class Build:
         self.shipped_program = self.folder / "VelorVoiceSetup.exe"
         self.control = self.helpers / "velor_page_control.dll"
         self.probe = self.helpers / "velor_probe.exe"
+        self.loader = self.helpers / "velor_loader.exe"
         self.recorder = self.helpers / "velor_recorder.exe"
         self.planted = self.helpers / "velor_planted.dll"
 

@@ -472,7 +472,8 @@ CASES = [
 ]
 
 # Under the sanitizers a program takes several times as long, and the libraries misbehave no
-# differently: there one run for each way through our own code is enough.
+# differently: there one run for each way through our own code is enough. Under Wine it is what the
+# program gets; the others go to a document alone.
 FEW = (
     "in-order", "closed-at-once", "reset-in-body", "short-body", "cut-chunk", "chunks",
     "silent-before-tls, closed", "silent-before-answer, closed", "silent-in-body, closed",

@@ -1,6 +1,7 @@
 # Runs the cases of cases.py, several programs at a time: each in a place of its own (Slot), all
 # against one server. The two end-to-end suites say how a program is started and looked at.
 # SPDX-License-Identifier: MIT
+import contextlib
 import html.parser
 import json
 import os
@@ -76,6 +77,11 @@ class Slot:
     def __init__(self, server, page_file):
         self.server = server
         self.page_file = page_file
+
+    @staticmethod
+    def takes(_run):
+        """Whether this run belongs to such a place."""
+        return True
 
     # -- each is a generator that pauses where it waits, so that the others get on meanwhile
 
@@ -165,9 +171,12 @@ class Runner:
 
     # One at a time: the server tells its visitors apart by their order.
     def _begin(self):
-        if self._beginning or not self._waiting or not self._idle:
+        fitting = ((r, s) for r in self._waiting for s in self._idle if s.takes(r.name))
+        run, slot = (None, None) if self._beginning else next(fitting, (None, None))
+        if not run:
             return
-        run, slot = self._waiting.pop(0), self._idle.pop(0)
+        self._waiting.remove(run)
+        self._idle.remove(slot)
         if run.case.refused:
             self._server.refuse()
         run.start(slot)
@@ -206,7 +215,9 @@ class _Run:
             self.result = end.value
         except Exception as failure:
             self.result = failure
-            self._slot.end_now()
+            # What cannot be ended shows in the next run there.
+            with contextlib.suppress(OSError, RuntimeError):
+                self._slot.end_now()
         self.has_begun = True
         return True
 
@@ -273,8 +284,9 @@ class Suite:
         self.planned.append(method)
 
     @classmethod
-    def begin(cls, build, parent, make_slot, most):
-        """Makes the server and so many places, each with a folder of its own below `parent`."""
+    def begin(cls, build, parent, kinds, *arguments):
+        """Makes the server and the places, each in a folder of its own below `parent`. `kinds` says of
+        each kind of Slot how many there are at most; the arguments are theirs."""
         cls.enterClassContext(port_for_oneself(build.port))
         cls.server = FaultServer(build.authority.parent, build.port)
         cls.addClassCleanup(cls.server.stop)
@@ -282,9 +294,10 @@ class Suite:
         temporary = tempfile.TemporaryDirectory(dir=parent, prefix="e2e_", ignore_cleanup_errors=True)
         folder = pathlib.Path(cls.enterClassContext(temporary))
         slots = []
-        for number in range(min(int(os.environ.get("VELOR_FAULT_SLOTS", most)), len(plan))):
-            slots.append(make_slot(cls.server, folder / f"slot-{number}"))
-            cls.addClassCleanup(slots[-1].leave)
+        for kind, most in kinds.items():
+            for _ in range(min(most, sum(map(kind.takes, plan)))):
+                slots.append(kind(cls.server, folder / f"slot-{len(slots)}", *arguments))
+                cls.addClassCleanup(slots[-1].leave)
         cls.runner = Runner(cls.server, slots, plan)
 
     def setUp(self):
