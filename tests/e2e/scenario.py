@@ -23,7 +23,7 @@ sys.path.insert(0, str(ROOT / "tests" / "support"))
 import accessible  # noqa: E402  (found through the line above)
 import desktop  # noqa: E402
 from case_results import main  # noqa: E402,F401  (the scripts of cases call it)
-from catalogue import CatalogueServer, port_for_oneself  # noqa: E402
+from catalogue import PATIENCE, CatalogueServer, port_for_oneself  # noqa: E402
 from installation import USER, Installation  # noqa: E402
 
 TITLE = "Velor Voice Setup"
@@ -38,10 +38,8 @@ COMPLAINT = re.compile(
     re.MULTILINE,
 )
 PR_SET_CHILD_SUBREAPER = 36
-# A command that the program is started by, such as scripts/valgrind gives, and how many times as long
-# everything takes with it.
+# A command that the program is started by, such as scripts/valgrind gives.
 WRAPPER = os.environ.get("VELOR_WRAPPER", "").split()
-PATIENCE = int(os.environ.get("VELOR_PATIENCE", "1"))
 
 
 class Build:

@@ -15,7 +15,7 @@ HERE = pathlib.Path(__file__).resolve().parent
 sys.path.append(str(HERE))
 
 import cases  # noqa: E402  (found through the line above)
-from catalogue import port_for_oneself  # noqa: E402  (found by cases)
+from catalogue import PATIENCE, port_for_oneself  # noqa: E402  (found by cases)
 from fault_server import FaultServer  # noqa: E402
 
 PAUSE_SECONDS = 0.03
@@ -86,7 +86,7 @@ class Slot:
     # -- each is a generator that pauses where it waits, so that the others get on meanwhile
 
     def wait(self, look, what, seconds=STEP_SECONDS):
-        deadline = time.monotonic() + seconds
+        deadline = time.monotonic() + seconds * PATIENCE
         while not (seen := look()):
             if time.monotonic() >= deadline:
                 raise AssertionError(f"{what}: not seen in {seconds} seconds\n{self.report()}")
