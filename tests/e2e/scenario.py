@@ -89,7 +89,7 @@ def _children(process_id):
 class Program:
     """The running program, and its window as assistive technology sees it."""
 
-    def __init__(self, installation, arguments, log, changes):
+    def __init__(self, installation, arguments, log, changes, through=()):
         self.log = log
         self.expected_end = 0
         environment = dict(
@@ -110,7 +110,7 @@ class Program:
         environment = {name: value for name, value in environment.items() if value is not None}
         with open(log, "wb") as output:
             self.process = subprocess.Popen(
-                [*WRAPPER, installation.program, *arguments],
+                [*through, *WRAPPER, installation.program, *arguments],
                 # Not the program's own folder: where it is started from must not matter.
                 cwd="/",
                 env=environment,
@@ -257,10 +257,11 @@ class Scenario(unittest.TestCase):
         self.addCleanup(server.stop)
         return server
 
-    def start(self, *arguments, installation=None, **environment):
-        """With these variables changed, or taken away where they are None."""
+    def start(self, *arguments, installation=None, through=(), **environment):
+        """With these variables changed, or taken away where they are None; `through` is a command
+        that becomes the program."""
         log = self.folder / f"program-{len(self.programs)}.log"
-        program = Program(installation or self.installation, arguments, log, environment)
+        program = Program(installation or self.installation, arguments, log, environment, through)
         self.programs.append(program)
         return program
 

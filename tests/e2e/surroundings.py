@@ -1,8 +1,9 @@
 #!/usr/bin/python3
 # Where the program lies and what is around it: odd folders, files that are missing or no such files,
-# things planted where it writes, an environment that lacks what others have.
+# things planted where it writes, a disk that is full, an environment that lacks what others have.
 # SPDX-License-Identifier: MIT
 import os
+import resource
 
 import scenario
 from catalogue import Voice, catalogue
@@ -12,6 +13,10 @@ AGNES = Voice("7", "Ágnes", "Hungarian", 75_000_000)
 CATALOGUE = catalogue(AGNES)
 QUEUE = b"<queue><item>7</item></queue>"
 LONGEST = 250
+# What still fits on a full disk, in bytes. The page and both files of this voice are longer; what the engine
+# is asked is shorter, which may go through memory that counts as a file.
+ROOM = 8192
+LENGTHY = Voice("9" * ROOM, "Zuzana", "Slovak", 60_000_000)
 
 
 def nothing(path):
@@ -87,6 +92,48 @@ class Surroundings(scenario.Scenario):
         self.assertFalse(planted.page.is_symlink())
         self.assertEqual(0o600, planted.page.stat().st_mode & 0o777)
         self.assertEqual([planted.products, planted.queue], sorted(planted.data.iterdir()))
+
+    def start_on_a_disk_that_fills(self):
+        """It is full from the wait page on. A disk that is takes rights to make; so this is a limit for
+        the length of each file, where writing fails half-way, too."""
+        server = self.serve(catalogue(LENGTHY), hold=True)
+        # A full disk sends no signal.
+        program = self.start(through=("env", "--ignore-signal=XFSZ"))
+        self.see(lambda: program.page(scenario.WAIT_PAGE), "the wait page")
+        _, most = resource.prlimit(program.process.pid, resource.RLIMIT_FSIZE)
+        resource.prlimit(program.process.pid, resource.RLIMIT_FSIZE, (ROOM, most))
+        server.release()
+        return program
+
+    def test_on_a_full_disk_what_an_earlier_run_wrote_stays_and_is_gone_on_with(self):
+        page = (
+            f"<title>{scenario.VOICES_PAGE}</title><input type='checkbox' id='check{LENGTHY.id}'>"
+            f"<label for='check{LENGTHY.id}'>Written earlier</label>"
+        ).encode("utf-16")
+        files = self.installation
+        files.page.parent.mkdir(parents=True)
+        earlier = {files.page: page, files.queue: b"<queue></queue>", files.products: b"<products/>"}
+        for file, content in earlier.items():
+            file.write_bytes(content)
+        program = self.start_on_a_disk_that_fills()
+        self.tick(program, "Written earlier")
+        self.see_status(program, "1 voice, 60MB")
+        self.press_install(program)
+        self.see_end(program)
+        self.see_nobody_left()
+        self.assertEqual(1, len(files.installer.calls))
+        for file, content in earlier.items():
+            self.assertEqual(content, file.read_bytes())
+        self.assertEqual([files.page], list(files.page.parent.iterdir()))
+        self.assertEqual([files.products, files.queue], sorted(files.data.iterdir()))
+
+    def test_on_a_full_disk_without_an_earlier_page_none_is_shown(self):
+        program = self.start_on_a_disk_that_fills()
+        self.see(lambda: program.page(""), "what the engine has for a file that is not there")
+        self.see_status(program, "")
+        self.close_with_prompt(program)
+        self.assertEqual([], list(self.installation.page.parent.iterdir()))
+        self.assertEqual([], list(self.installation.data.iterdir()))
 
     def test_without_a_home_and_folders_of_ones_own(self):
         nowhere = "/nonexistent/folder"
