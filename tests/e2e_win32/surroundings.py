@@ -27,19 +27,25 @@ class Surroundings(scenario.Scenario):
         self.assertEqual(LONGEST, len(self.prefix.on_drive(self.prefix.installer)))
         victim = self.folder / "victim"
         victim.write_bytes(b"kept")
+        elsewhere = self.folder / "elsewhere"
+        elsewhere.mkdir()
         self.prefix.queue.symlink_to(victim)
-        self.prefix.products.mkdir()
+        # To this system a link to a folder is one, as a junction is.
+        self.prefix.products.symlink_to(elsewhere)
         self.prefix.page.parent.mkdir(parents=True)
         self.prefix.page.symlink_to(victim)
         self.serve(CATALOGUE)
         self.see_install()
         self.assertEqual(b"kept", victim.read_bytes())
+        self.assertFalse(self.prefix.queue.is_symlink())
         self.assertEqual(QUEUE, self.prefix.queue.read_bytes())
-        self.assertEqual([], list(self.prefix.products.iterdir()))
+        self.assertTrue(self.prefix.products.is_symlink())
+        self.assertEqual([], list(elsewhere.iterdir()))
+        self.assertFalse(self.prefix.page.is_symlink())
         self.assertEqual(b"\xff\xfe", self.prefix.page.read_bytes()[:2])
         self.assertEqual([self.prefix.products, self.prefix.queue], sorted(self.prefix.data.iterdir()))
 
-    def test_files_of_the_program_that_are_missing_or_no_such_files(self):
+    def test_files_of_the_program_that_are_missing_or_no_such_files_and_what_else_is_planted(self):
         wait, languages, texts = (
             self.prefix.program_folder / name
             for name in ("wait.htm", "Languages.xml", "VelorVoiceSetup.Language.xml")
@@ -48,9 +54,14 @@ class Surroundings(scenario.Scenario):
         languages.write_bytes(b"<languages>")
         texts.unlink()
         texts.mkdir()
+        self.prefix.queue.symlink_to("nowhere")
+        self.prefix.products.mkdir()
         self.serve(CATALOGUE)
         self.see_install()
+        self.assertFalse(self.prefix.queue.is_symlink())
         self.assertEqual(QUEUE, self.prefix.queue.read_bytes())
+        self.assertEqual([], list(self.prefix.products.iterdir()))
+        self.assertEqual([self.prefix.products, self.prefix.queue], sorted(self.prefix.data.iterdir()))
 
 
 if __name__ == "__main__":

@@ -88,6 +88,18 @@ TEST_F(FilesOnLinux, ReplaceALinkAndNotWhatItLeadsTo) {
   EXPECT_EQ(peer::FileBytes(In("elsewhere")), "kept");
 }
 
+TEST_F(FilesOnLinux, ReplaceALinkToAFolderOrToNothing) {
+  std::filesystem::create_directory(Native("elsewhere"));
+  std::filesystem::create_symlink("elsewhere", Native("queue.xml"));
+  std::filesystem::create_symlink("nowhere", Native("index.htm"));
+  Save("queue.xml");
+  platform::WriteUtf16File(In("index.htm"), "A");
+  EXPECT_EQ(peer::FileBytes(In("queue.xml")), "<queue/>");
+  EXPECT_TRUE(std::filesystem::is_regular_file(Native("index.htm")));
+  EXPECT_TRUE(std::filesystem::is_empty(Native("elsewhere")));
+  EXPECT_FALSE(std::filesystem::exists(Native("nowhere")));
+}
+
 TEST_F(FilesOnLinux, ReplaceAnotherNameOfAFileAndNotTheFile) {
   peer::WriteFile(In("elsewhere"), "kept");
   for (const char* name : {"queue.xml", "index.htm"}) {
