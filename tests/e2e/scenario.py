@@ -231,7 +231,7 @@ class Scenario(unittest.TestCase):
         ctypes.CDLL(None).prctl(PR_SET_CHILD_SUBREAPER, 1)
         make_authority = [ROOT / "scripts" / "make-local-ca", build.authority.parent]
         subprocess.run(make_authority, check=True)
-        accessible.switch_on()
+        accessible.switch_on(PATIENCE)
 
     def setUp(self):
         self.enterContext(port_for_oneself(build.port))

@@ -29,8 +29,9 @@ class NotSeen(AssertionError):
     """A condition did not come true in its time."""
 
 
-def switch_on():
-    """Says on the session bus that assistive technology is there; without it programs stay mute."""
+def switch_on(patience=1):
+    """Says on the session bus that assistive technology is there; without it programs stay mute.
+    `patience` is how many times as long as else they may take for an answer."""
     bus = Gio.bus_get_sync(Gio.BusType.SESSION)
     arguments = GLib.Variant(
         "(ssv)", ("org.a11y.Status", "IsEnabled", GLib.Variant("b", True))
@@ -48,7 +49,7 @@ def switch_on():
     )
     Atspi.init()
     # A program that hangs must not hang whoever looks at it.
-    Atspi.set_timeout(2000, 5000)
+    Atspi.set_timeout(2000 * patience, 5000 * patience)
 
 
 def _refresh():
