@@ -6,7 +6,6 @@
     VELOR_BUILD=build/linux-debug scripts/with-display tests/e2e/keyboard.py -v [Class.test]
 """
 import ctypes
-import functools
 import os
 import pathlib
 import re
@@ -14,7 +13,6 @@ import signal
 import subprocess
 import sys
 import tempfile
-import unittest
 
 HERE = pathlib.Path(__file__).resolve().parent
 ROOT = HERE.parents[1]
@@ -23,14 +21,11 @@ sys.path.insert(0, str(ROOT / "tests" / "support"))
 import accessible  # noqa: E402  (found through the line above)
 import desktop  # noqa: E402
 from case_results import main  # noqa: E402,F401  (the scripts of cases call it)
-from catalogue import PATIENCE, CatalogueServer, port_for_oneself  # noqa: E402
+from catalogue import PATIENCE  # noqa: E402
 from installation import USER, Installation  # noqa: E402
-
-TITLE = "Velor Voice Setup"
-WAIT_PAGE = "Velor Voice Setup"
-VOICES_PAGE = "Downloads"
-FAILURE = "Failed to access Velor Software website. Please check your Internet connection."
-PROMPT = "You can get more voices at any time by starting Velor Voice Setup again."
+from scenario_base import (  # noqa: E402,F401  (cases take the words from here)
+    FAILURE, PROMPT, TITLE, VOICES_PAGE, WAIT_PAGE, BuildBase, ScenarioBase,
+)
 
 # What a sound program never says: GLib's complaints about wrong calls, and the sanitizers' reports.
 COMPLAINT = re.compile(
@@ -41,28 +36,7 @@ PR_SET_CHILD_SUBREAPER = 36
 # A command that the program is started by, such as scripts/valgrind gives.
 WRAPPER = os.environ.get("VELOR_WRAPPER", "").split()
 
-
-class Build:
-    """The programs to try and what was built into them; CTest says so in the environment."""
-
-    def __init__(self):
-        self.folder = pathlib.Path(os.environ["VELOR_BUILD"]).resolve()
-        settings = self._settings()
-        host, _, port = settings["VELOR_LOCAL_SERVER"].partition(":")
-        if host != "localhost" or not port:
-            sys.exit("these tests need VELOR_LOCAL_SERVER to be localhost:<port>")
-        self.port = int(port)
-        self.authority = pathlib.Path(settings["VELOR_LOCAL_CA"])
-        self.program = self.folder / "VelorVoiceSetupLocal"
-        self.shipped_program = self.folder / "VelorVoiceSetup"
-
-    def _settings(self):
-        lines = (self.folder / "CMakeCache.txt").read_text(encoding="utf-8").splitlines()
-        entries = (line.partition("=") for line in lines if line.startswith("VELOR_"))
-        return {name.partition(":")[0]: value for name, _, value in entries}
-
-
-build = Build()
+build = BuildBase()
 
 
 def _nobody_left():
@@ -201,43 +175,19 @@ class Program:
         return COMPLAINT.findall(self.log.read_text(encoding="utf-8", errors="replace"))
 
 
-def _with_report(test):
-    """The same test, which also looks at how its programs ended, and tells what was there when
-    something was not as it should be."""
-
-    @functools.wraps(test)
-    def run(self):
-        try:
-            test(self)
-            self.see_good_end()
-        except Exception as failure:
-            failure.add_note(self.report())
-            raise
-
-    return run
-
-
-class Scenario(unittest.TestCase):
-    maxDiff = None
-
-    def __init_subclass__(cls):
-        super().__init_subclass__()
-        for name, test in list(vars(cls).items()):
-            if name.startswith("test_"):
-                setattr(cls, name, _with_report(test))
+class Scenario(ScenarioBase):
+    build = build
 
     @classmethod
     def setUpClass(cls):
         ctypes.CDLL(None).prctl(PR_SET_CHILD_SUBREAPER, 1)
-        make_authority = [ROOT / "scripts" / "make-local-ca", build.authority.parent]
-        subprocess.run(make_authority, check=True)
+        super().setUpClass()
         accessible.switch_on(PATIENCE)
 
     def setUp(self):
-        self.enterContext(port_for_oneself(build.port))
+        super().setUp()
         self.folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
         self.installation = Installation(self.folder / "prefix", build.program)
-        self.programs = []
         self.addCleanup(self._end_everything)
 
     def _end_everything(self):
@@ -251,11 +201,6 @@ class Scenario(unittest.TestCase):
         accessible.wait_for(_nobody_left, "the end of what a failed test left behind")
 
     # -- the world around the program
-
-    def serve(self, *arguments, authority=build.authority.parent, **options):
-        server = CatalogueServer(self.folder, authority, build.port, *arguments, **options)
-        self.addCleanup(server.stop)
-        return server
 
     def start(self, *arguments, installation=None, through=(), **environment):
         """With these variables changed, or taken away where they are None; `through` is a command
@@ -317,9 +262,6 @@ class Scenario(unittest.TestCase):
     def answer_message(self, program):
         [button] = program.message_buttons()
         accessible.press(button)
-
-    def see_end(self, program):
-        self.see(lambda: program.ended, "the end of the program")
 
     def window_number(self, program):
         return self.see(lambda: desktop.windows_of(program.process.pid), "the window")[0]

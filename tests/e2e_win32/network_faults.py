@@ -3,6 +3,7 @@
 # tests/faults/ says what is served and what has to come of it. SPDX-License-Identifier: MIT
 import os
 import select
+import subprocess
 import sys
 import time
 import urllib.parse
@@ -46,7 +47,7 @@ class DocumentSlot(fault_suite.Slot):
     def start(self, case):
         self._answer = b""
         address = f"https://localhost:{scenario.build.port}/downloads/voices.xml"
-        self._loader = self._prefix.start(scenario.build.loader, address, stdout=scenario.subprocess.PIPE)
+        self._loader = self._prefix.start(scenario.build.loader, address, stdout=subprocess.PIPE)
 
     def look_for_answer(self):
         """Whether it has said everything."""

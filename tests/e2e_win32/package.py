@@ -6,6 +6,7 @@ import shutil
 import subprocess
 import tempfile
 import time
+import unittest
 import zipfile
 
 import windows_scenario as scenario
@@ -130,7 +131,7 @@ class Package(scenario.Scenario):
         )
 
 
-class SameBytes(scenario.unittest.TestCase):
+class SameBytes(unittest.TestCase):
     def make_twice(self, kind):
         """The second in another second, so that a clock shows."""
         with tempfile.TemporaryDirectory() as folder:
@@ -150,7 +151,7 @@ class SameBytes(scenario.unittest.TestCase):
         self.assertTrue(first == second)
 
 
-class Zip(scenario.unittest.TestCase):
+class Zip(unittest.TestCase):
     def test_it_holds_one_folder_with_program_and_texts(self):
         with tempfile.TemporaryDirectory() as folder:
             with zipfile.ZipFile(make_package("zip", pathlib.Path(folder))) as packed:

@@ -6,54 +6,31 @@
     VELOR_BUILD=build/win32-mingw VELOR_HELPERS=build/win32-mingw/tests/e2e_win32 \\
       scripts/with-display tests/e2e_win32/closing.py -v [Class.test]
 """
-import functools
 import os
 import pathlib
 import shutil
-import subprocess
 import sys
 import tempfile
-import unittest
 
 HERE = pathlib.Path(__file__).resolve().parent
 sys.path += [str(HERE.parent / "e2e"), str(HERE.parent / "support")]
 
 import desktop  # noqa: E402  (found through the line above)
 from case_results import main  # noqa: E402,F401  (the scripts of cases call it)
-from catalogue import CatalogueServer, port_for_oneself  # noqa: E402
-from wine import ROOT, PageHost, Prefix, Probe, wait_for  # noqa: E402
+from scenario_base import (  # noqa: E402,F401  (cases take the words from here)
+    FAILURE, PROMPT, ROOT, TITLE, VOICES_PAGE, WAIT_PAGE, BuildBase, ScenarioBase,
+)
+from wine import PageHost, Prefix, Probe, wait_for  # noqa: E402
 
-TITLE = "Velor Voice Setup"
-WAIT_PAGE = "Velor Voice Setup"
-VOICES_PAGE = "Downloads"
-FAILURE = "Failed to access Velor Software website. Please check your Internet connection."
-PROMPT = "You can get more voices at any time by starting Velor Voice Setup again."
-
-
-class Build:
-    """The programs to try and what was built into them; CTest says so in the environment."""
-
+class Build(BuildBase):
     def __init__(self):
-        self.folder = pathlib.Path(os.environ["VELOR_BUILD"]).resolve()
+        super().__init__(suffix=".exe")
         self.helpers = pathlib.Path(os.environ["VELOR_HELPERS"]).resolve()
-        settings = self._settings()
-        host, _, port = settings["VELOR_LOCAL_SERVER"].partition(":")
-        if host != "localhost" or not port:
-            sys.exit("these tests need VELOR_LOCAL_SERVER to be localhost:<port>")
-        self.port = int(port)
-        self.authority = pathlib.Path(settings["VELOR_LOCAL_CA"])
-        self.program = self.folder / "VelorVoiceSetupLocal.exe"
-        self.shipped_program = self.folder / "VelorVoiceSetup.exe"
         self.control = self.helpers / "velor_page_control.dll"
         self.probe = self.helpers / "velor_probe.exe"
         self.loader = self.helpers / "velor_loader.exe"
         self.recorder = self.helpers / "velor_recorder.exe"
         self.planted = self.helpers / "velor_planted.dll"
-
-    def _settings(self):
-        lines = (self.folder / "CMakeCache.txt").read_text(encoding="utf-8").splitlines()
-        entries = (line.partition("=") for line in lines if line.startswith("VELOR_"))
-        return {name.partition(":")[0]: value for name, _, value in entries}
 
 
 build = Build()
@@ -70,39 +47,16 @@ class Program:
         return self.process.poll() is not None
 
 
-def _with_report(test):
-    """The same test, which also looks at how its programs ended, and tells what was there when
-    something was not as it should be."""
-
-    @functools.wraps(test)
-    def run(self):
-        try:
-            test(self)
-            self.see_good_end()
-        except Exception as failure:
-            failure.add_note(self.report())
-            raise
-
-    return run
-
-
-class Scenario(unittest.TestCase):
-    maxDiff = None
-
-    def __init_subclass__(cls):
-        super().__init_subclass__()
-        for name, test in list(vars(cls).items()):
-            if name.startswith("test_"):
-                setattr(cls, name, _with_report(test))
+class Scenario(ScenarioBase):
+    build = build
 
     @classmethod
     def setUpClass(cls):
-        make_authority = [ROOT / "scripts" / "make-local-ca", build.authority.parent]
-        subprocess.run(make_authority, check=True)
+        super().setUpClass()
         cls.original = Prefix.original(build.folder)
 
     def setUp(self):
-        self.enterContext(port_for_oneself(build.port))
+        super().setUp()
         # In the build folder, since files are shared with the original prefix there.
         self.folder = pathlib.Path(
             self.enterContext(
@@ -113,7 +67,6 @@ class Scenario(unittest.TestCase):
         self.prefix.trust(build.authority)
         self.prefix.use_control(build.control)
         self.install_program()
-        self.programs = []
         self.page = PageHost()
         self.addCleanup(self.page.end)
         self.prefix.environment["VELOR_PAGE_HOST"] = str(self.page.port)
@@ -146,11 +99,6 @@ class Scenario(unittest.TestCase):
         if not record.exists():
             return []
         return [tuple(line.split("\t")) for line in record.read_text("utf-8").splitlines()]
-
-    def serve(self, *arguments, authority=build.authority.parent, **options):
-        server = CatalogueServer(self.folder, authority, build.port, *arguments, **options)
-        self.addCleanup(server.stop)
-        return server
 
     def start(self, *words, **environment):
         program = Program(self.prefix, words, dict(self.prefix.environment, **environment))
@@ -225,9 +173,6 @@ class Scenario(unittest.TestCase):
 
     def answer_message(self):
         self.probe.answer_message()
-
-    def see_end(self, program):
-        self.see(lambda: program.ended, "the end of the program")
 
     def ask_to_close(self):
         self.probe.ask("close", self.probe.form().number)
