@@ -116,6 +116,7 @@ class Surroundings(scenario.Scenario):
         for file, content in earlier.items():
             file.write_bytes(content)
         program = self.start_on_a_disk_that_fills()
+        self.see_page(program)
         self.tick(program, "Written earlier")
         self.see_status(program, "1 voice, 60MB")
         self.press_install(program)
