@@ -65,7 +65,11 @@ using Environment = std::unique_ptr<gchar*, FreeList>;
 
 /// What this program says to its own browser engine is not for the programs that it starts.
 Environment EnvironmentForOthers() {
-  return Environment(g_environ_unsetenv(g_get_environ(), kWithoutGraphicsCard));
+  gchar** variables = g_get_environ();
+  for (const EngineVariable& told : kEngineVariables) {
+    variables = g_environ_unsetenv(variables, told.name);
+  }
+  return Environment(variables);
 }
 
 Environment EnvironmentWith(const char* name, const std::string& value) {

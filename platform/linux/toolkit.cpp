@@ -40,14 +40,17 @@ int ScaleFactor() {
 }
 
 /// A page of check boxes needs no graphics card. The settings of a view say the same; but WebKit
-/// would have looked for one and started its driver before it reads them.
-void DrawWithoutGraphicsCard() { g_setenv(kWithoutGraphicsCard, "1", FALSE); }
+/// would have looked for one and started its driver before it reads them. A compiler for scripts
+/// would take seven megabytes, and is what most holes in an engine are found in.
+void TellEngine() {
+  for (const auto& [name, value] : kEngineVariables) g_setenv(name, value, FALSE);
+}
 
 }  // namespace
 
 bool StartToolkit() {
   // Before there are threads, which may read the environment.
-  DrawWithoutGraphicsCard();
+  TellEngine();
   PrepareDownloads();
   // X11 first, on a Wayland desktop too: only there can the second start of the program bring the
   // first one's window to the foreground, which Wayland grants to nobody but the focused program.

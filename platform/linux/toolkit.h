@@ -3,10 +3,20 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <array>
+
 namespace platform {
 
-/// A variable that WebKit reads. Set, it looks for no graphics card and starts no driver.
-inline constexpr const char* kWithoutGraphicsCard = "WEBKIT_DISABLE_COMPOSITING_MODE";
+struct EngineVariable {
+  const char* name;
+  const char* value;
+};
+
+/// What this program tells its browser engine, which reads it where it starts: to look for no
+/// graphics card, and to compile no script, since a page's own are switched off and the host's are
+/// few lines.
+inline constexpr std::array kEngineVariables = {
+    EngineVariable{"WEBKIT_DISABLE_COMPOSITING_MODE", "1"}, EngineVariable{"JSC_useJIT", "0"}};
 
 /// Call once, before any window. False when there is no display to show one on.
 bool StartToolkit();
