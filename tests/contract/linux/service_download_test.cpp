@@ -11,6 +11,7 @@
 #include "platform/xml_document.h"
 #include "tests/contract/linux/service_world.h"
 #include "tests/contract/service_case.h"
+#include "tests/support/folders.h"
 
 namespace {
 
@@ -99,7 +100,7 @@ TEST_F(Download, SendsNothingToAServerThatItDoesNotTrust) {
 
 TEST_F(Download, RefusesAnotherAuthorityThanTheAdditionalOne) {
   const auto folder = peer::NativeFolder() / "ca";
-  peer::Run({SOURCE_FOLDER "/scripts/make-local-ca", folder});
+  peer::Run({std::string(support::kSourceFolder) + "/scripts/make-local-ca", folder});
   peer::HttpServer other(folder);
   EXPECT_EQ(Get(other.Address("/file/" + other.AddFile("body"))), std::nullopt);
   DownloadRules rules = Rules();

@@ -11,6 +11,7 @@
 #include "platform/windows_installer.h"
 #include "tests/contract/linux/service_world.h"
 #include "tests/contract/service_case.h"
+#include "tests/support/folders.h"
 
 namespace {
 
@@ -232,7 +233,8 @@ class RealPrefix : public ServiceCase {
  private:
   static void Install(const std::string& code, const std::string& version,
                       const std::string& scope) {
-    const std::string source = SOURCE_FOLDER "/tests/contract/linux/voice.wxs";
+    const std::string source =
+        std::string(support::kSourceFolder) + "/tests/contract/linux/voice.wxs";
     const std::string package = folder->Path() / (scope + ".msi");
     peer::Run({"wixl", "-D", "Code=" + code, "-D", "Version=" + version, "-D", "Scope=" + scope,
                "-o", package, source});

@@ -14,6 +14,7 @@
 
 #include "core/text.h"
 #include "tests/contract/service_peer.h"
+#include "tests/support/folders.h"
 
 namespace peer {
 namespace {
@@ -97,7 +98,7 @@ HttpServer::HttpServer(const std::filesystem::path& certificateFolder) : mScheme
 HttpServer::HttpServer() : mScheme("http") { Start({}); }
 
 void HttpServer::Start(std::vector<std::string> options) {
-  const std::string script = SOURCE_FOLDER "/tests/support/https_server.py";
+  const std::string script = std::string(support::kSourceFolder) + "/tests/support/https_server.py";
   std::vector<std::string> command = {script, "--folder", mFolder.Path(), "--log",
                                       mFolder.Path() / "log"};
   command.insert(command.end(), options.begin(), options.end());
@@ -136,7 +137,7 @@ HttpServer& TheServer() {
   return *ServerHolder();
 }
 
-std::filesystem::path CertificateFolder() { return CONTRACT_CA_FOLDER; }
+std::filesystem::path CertificateFolder() { return support::kContractCaFolder; }
 
 std::filesystem::path NativeFolder() { return Holder()->folder.Path() / "case"; }
 

@@ -16,6 +16,7 @@
 #include "platform/web_browser.h"
 #include "tests/contract/linux/window_widgets.h"
 #include "tests/contract/window_peer.h"
+#include "tests/support/folders.h"
 #include "tests/support/temporary_folder.h"
 
 namespace {
@@ -157,7 +158,8 @@ std::string WaitPageAnswers(const std::string& question) {
   platform::Form form("form", 9000, 6000);
   platform::WebBrowser browser{form.AddControl("WebBrowser", "browser", 9000, 6000)};
   form.Show();
-  browser.Navigate(support::CorePath(std::filesystem::path(SOURCE_FOLDER) / "assets/wait.htm"));
+  browser.Navigate(
+      support::CorePath(std::filesystem::path(support::kSourceFolder) / "assets/wait.htm"));
   auto* const view = WEBKIT_WEB_VIEW(widgets::WidgetOf("form", "browser"));
   EXPECT_TRUE(peer::RunUntil([&] {
     return widgets::AskPage(view, "document.readyState + !!document.querySelector('.bar')") ==

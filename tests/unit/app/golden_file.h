@@ -10,13 +10,14 @@
 #include <filesystem>
 #include <string>
 
+#include "tests/support/folders.h"
 #include "tests/support/temporary_folder.h"
 
 /// Fails where `bytes` are not those of the file. With VELOR_UPDATE_GOLDEN in the environment the
 /// file is written instead; that fails too, since nothing has been compared then: see
 /// scripts/update-golden-files.
 inline void ExpectGolden(const std::string& file, const std::string& bytes) {
-  const auto path = std::filesystem::path(TEST_DATA_FOLDER) / file;
+  const auto path = std::filesystem::path(support::kTestDataFolder) / file;
   if (std::getenv("VELOR_UPDATE_GOLDEN") != nullptr) {
     support::WriteBytes(path, bytes);
     ADD_FAILURE() << "written, not compared: " << file;
