@@ -39,7 +39,8 @@ class WebBrowser {
   WebBrowser& operator=(const WebBrowser&) = delete;
 
   /// Starts showing a local file (a path as the core writes it). A file that is missing shows what
-  /// the browser has for that. The keyboard focus enters the page when it is there.
+  /// the browser has for that. The keyboard focus enters the page when it is there. Pages that the
+  /// host navigated to earlier are refused to everybody but the host.
   void Navigate(const std::string& path);
 
   /// Asked before every navigation, the host's own included, with the address as the browser spells

@@ -89,12 +89,7 @@ WebBrowser::WebBrowser(const Control& control) : mImpl(std::make_shared<Impl>())
 
 WebBrowser::~WebBrowser() { mImpl->control->SetBeforeNavigate(nullptr); }
 
-void WebBrowser::Navigate(const std::string& path) {
-  GErrorCheck error;
-  const GMemory<char> address(g_filename_to_uri(NativePath(path).c_str(), nullptr, error.Out()));
-  error.Check();
-  webkit_web_view_load_uri(mImpl->control->View(), address.get());
-}
+void WebBrowser::Navigate(const std::string& path) { mImpl->control->Navigate(NativePath(path)); }
 
 void WebBrowser::OnBeforeNavigate(std::function<bool(const std::string& address)> handler) {
   mImpl->control->SetBeforeNavigate(std::move(handler));

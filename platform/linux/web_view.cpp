@@ -195,6 +195,15 @@ void WebViewControl::End() {
   NativeControl::End();
 }
 
+void WebViewControl::Navigate(const std::string& nativePath) {
+  GErrorCheck error;
+  const GMemory<char> address(g_filename_to_uri(nativePath.c_str(), nullptr, error.Out()));
+  error.Check();
+  WebKitWebView* const view = View();
+  mOwnPages.Navigate(nativePath);
+  webkit_web_view_load_uri(view, address.get());
+}
+
 void WebViewControl::SetBeforeNavigate(std::function<bool(const std::string&)> handler) {
   mBeforeNavigate = std::move(handler);
 }
@@ -202,8 +211,10 @@ void WebViewControl::SetBeforeNavigate(std::function<bool(const std::string&)> h
 bool WebViewControl::DecidePolicy(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type) {
   bool refused = true;  // new windows, and whatever later versions of WebKit may ask
   if (type == WEBKIT_POLICY_DECISION_TYPE_NAVIGATION_ACTION) {
-    refused = IsRefused(webkit_navigation_policy_decision_get_navigation_action(
-        WEBKIT_NAVIGATION_POLICY_DECISION(decision)));
+    Guard([&] {
+      refused = IsRefused(webkit_navigation_policy_decision_get_navigation_action(
+          WEBKIT_NAVIGATION_POLICY_DECISION(decision)));
+    });
   } else if (type == WEBKIT_POLICY_DECISION_TYPE_RESPONSE) {
     // What WebKit cannot show it would download.
     refused = !webkit_response_policy_decision_is_mime_type_supported(
@@ -223,7 +234,7 @@ bool WebViewControl::IsRefused(WebKitNavigationAction* action) {
   // The handler is asked even where the answer is known: it is promised every navigation.
   bool cancelled = false;
   if (const auto handler = mBeforeNavigate) Guard([&] { cancelled = handler(address); });
-  return cancelled || !IsLocal(address);
+  return cancelled || mOwnPages.IsRefused(address, IsLocal(address));
 }
 
 }  // namespace platform

@@ -12,6 +12,7 @@
 
 #include "platform/linux/native_control.h"
 #include "platform/linux/signals.h"
+#include "platform/shared/own_pages.h"
 
 namespace platform {
 
@@ -26,6 +27,8 @@ class WebViewControl : public NativeControl {
   WebKitWebView* View() const { return WEBKIT_WEB_VIEW(Widget()); }
   bool TakeFocus(GtkDirectionType direction) override;
   void End() override;
+
+  void Navigate(const std::string& nativePath);
 
   /// Asked before every navigation; true cancels.
   void SetBeforeNavigate(std::function<bool(const std::string&)> handler);
@@ -44,6 +47,7 @@ class WebViewControl : public NativeControl {
   bool IsRefused(WebKitNavigationAction* action);
 
   std::function<bool(const std::string&)> mBeforeNavigate;
+  OwnPages mOwnPages;
   std::string mBusyText;
   std::vector<SignalConnection> mConnections;
   /// The page shown has said that it will tell of changes.

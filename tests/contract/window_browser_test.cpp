@@ -158,6 +158,25 @@ TEST_F(Browser, FollowsALinkToALocalPageThatIsNotCancelled) {
   EXPECT_TRUE(WaitForBoxes("b-"));
 }
 
+TEST_F(Browser, FollowsNoLinkToAnEarlierPageOfTheHost) {
+  const auto first = peer::PageWith({{"a", false, false}});
+  ShowAndSee(*form);
+  browser->Navigate(first);
+  ASSERT_TRUE(WaitForBoxes("a-"));
+  browser->Navigate(peer::PageWith({{"b", false, false}}, first));
+  ASSERT_TRUE(WaitForBoxes("b-"));
+  bool asked = false;
+  browser->OnBeforeNavigate([&](const std::string&) {
+    asked = true;
+    return false;
+  });
+  peer::FollowLink("form", "browser");
+  ASSERT_TRUE(peer::RunUntil([&] { return asked; }));
+  EXPECT_FALSE(peer::RunUntil([&] { return Boxes() != "b-"; }, std::chrono::milliseconds(500)));
+  browser->Navigate(first);
+  EXPECT_TRUE(WaitForBoxes("a-"));
+}
+
 TEST_F(Browser, AnswersEachQuestionExactlyOnce) {
   Show({{"a", true, false}}, "a+");
   int answers = 0;

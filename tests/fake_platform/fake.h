@@ -18,6 +18,7 @@
 
 #include "platform/control.h"
 #include "platform/form.h"
+#include "platform/shared/own_pages.h"
 #include "platform/web_browser.h"
 #include "tests/support/temporary_folder.h"
 
@@ -42,6 +43,7 @@ struct CommonControlsCall {
 /// The browser side of a control of kind "WebBrowser".
 struct Browser {
   std::function<bool(const std::string&)> beforeNavigate;
+  platform::OwnPages ownPages;
   /// Every file that a navigation reached.
   std::vector<std::string> shown;
   /// The page's INPUT elements; absent for a page that cannot be read.

@@ -215,6 +215,7 @@ WebBrowser::~WebBrowser() { mImpl->control->browser.beforeNavigate = nullptr; }
 void WebBrowser::Navigate(const std::string& path) {
   Require(*mImpl->control, "Navigate");
   fake::TheWorld().journal.push_back("Navigate " + path);
+  mImpl->control->browser.ownPages.Navigate(path);
   mImpl->control->browser.Follow(path);
 }
 

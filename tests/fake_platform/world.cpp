@@ -121,6 +121,7 @@ bool Browser::Follow(const std::string& address) {
   if (const auto handler = beforeNavigate) {
     if (core::AttemptOr(false, [&] { return handler(address); })) return false;
   }
+  if (ownPages.IsRefused(address, true)) return false;
   shown.push_back(address);
   return true;
 }
