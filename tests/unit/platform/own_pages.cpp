@@ -57,22 +57,22 @@ TEST(OwnPages, AllowNothingElseThatIsNotLocal) {
         "file://server/share/M%C3%BCller & Sohn/100%252525%231/index.htm"}) {
     EXPECT_FALSE(Allows(kOnServer, address)) << address;
   }
-  EXPECT_FALSE(Allows("/home/me/index.htm", "file://home/me/index.htm"));
+  EXPECT_FALSE(Allows("/srv/page/index.htm", "file://srv/page/index.htm"));
   EXPECT_TRUE(OwnPages().IsRefused("\\\\server\\share\\index.htm", false));
 }
 
 TEST(OwnPages, RefuseAnEarlierOneInEverySpelling) {
   OwnPages pages;
   pages.Navigate("C:\\Program Files\\wait.htm");
-  pages.Navigate("C:\\Users\\index.htm");
+  pages.Navigate("C:\\Data\\index.htm");
   for (const char* address :
        {"C:\\Program Files\\wait.htm", "c:/program files/WAIT.HTM",
         "file:///C:/Program%20Files/wait.htm", "file:///C:/Program%20Files/wait.htm#x",
         "file:///C:/Program%20Files/wait.htm?x"}) {
     EXPECT_TRUE(pages.IsRefused(address, true)) << address;
   }
-  EXPECT_FALSE(pages.IsRefused("file:///C:/Users/index.htm", true));
-  EXPECT_FALSE(pages.IsRefused("file:///C:/Users/other.htm", true));
+  EXPECT_FALSE(pages.IsRefused("file:///C:/Data/index.htm", true));
+  EXPECT_FALSE(pages.IsRefused("file:///C:/Data/other.htm", true));
 }
 
 TEST(OwnPages, AllowAnEarlierOneOnceTheHostNavigatesThereAgain) {
