@@ -11,7 +11,7 @@ endfunction()
 
 function(velor_program target settings)
   add_executable(${target} $<TARGET_OBJECTS:${settings}>)
-  target_link_libraries(${target} PRIVATE velor_entry ${VELOR_ROOMS} velor_platform velor_core
+  target_link_libraries(${target} PRIVATE velor_entry ${VELOR_MODULES} velor_platform velor_core
                                           velor_resources)
   add_dependencies(${target} velor_assets)
 endfunction()

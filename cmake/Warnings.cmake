@@ -1,7 +1,7 @@
 # One place for how every target is compiled.
 add_library(velor_flags INTERFACE)
 target_compile_options(velor_flags INTERFACE -Wall -Wextra -Wpedantic -Werror)
-target_include_directories(velor_flags INTERFACE "${CMAKE_SOURCE_DIR}")
+target_include_directories(velor_flags INTERFACE "${CMAKE_SOURCE_DIR}/src")
 if(VELOR_SANITIZE)
   set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
   # The browser engine is built without type information, and calls functions of the standard library

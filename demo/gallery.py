@@ -13,7 +13,7 @@ import sys
 
 HERE = pathlib.Path(__file__).resolve().parent
 ROOT = HERE.parent
-sys.path[:0] = [str(ROOT / "tests" / name) for name in ("e2e_win32", "e2e", "support")]
+sys.path[:0] = [str(ROOT / "tests" / name) for name in ("e2e/win32", "e2e/linux", "e2e", "support")]
 
 import desktop  # noqa: E402  (found through the line above)
 from installation import demonstration  # noqa: E402

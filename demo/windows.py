@@ -12,7 +12,7 @@ import xml.etree.ElementTree as ElementTree
 
 HERE = pathlib.Path(__file__).resolve().parent
 ROOT = HERE.parent
-sys.path[:0] = [str(ROOT / "tests" / "e2e_win32"), str(ROOT / "tests" / "e2e")]
+sys.path[:0] = [str(ROOT / "tests" / name) for name in ("e2e/win32", "e2e/linux", "e2e")]
 
 import desktop  # noqa: E402  (found through the lines above)
 from catalogue import port_for_oneself  # noqa: E402
@@ -34,7 +34,7 @@ def server_settings(build):
 
 def prepare(options, authority):
     prefix = Prefix(options.folder / "prefix", Prefix.original(options.build))
-    helpers = options.build / "tests" / "e2e_win32"
+    helpers = options.build / "tests" / "e2e" / "win32"
     prefix.trust(authority)
     prefix.use_control(helpers / "velor_page_control.dll")
     prefix.install_program(options.build / "VelorVoiceSetupLocal.exe")
@@ -132,7 +132,7 @@ def show(options, prefix):
     try:
         if options.visit:
             prefix.environment["VELOR_DEMO_UNATTENDED"] = "1"
-            probe = Probe(prefix, options.build / "tests" / "e2e_win32" / "velor_probe.exe")
+            probe = Probe(prefix, options.build / "tests" / "e2e" / "win32" / "velor_probe.exe")
             process = prefix.start(prefix.program)
             Visit(prefix, page, probe, options.folder / "pictures").make(process)
         else:

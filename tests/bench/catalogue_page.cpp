@@ -18,8 +18,8 @@
 #include "catalogue/page_builder.h"
 #include "catalogue/voice_names.h"
 #include "i18n/modI18N2.h"
-#include "platform/web_browser.h"
-#include "platform/xml_document.h"
+#include "platform/documents/xml_document.h"
+#include "platform/window/web_browser.h"
 #include "tests/bench/measures.h"
 
 namespace platform {

@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/windows_installer.h"
+#include "platform/system/windows_installer.h"
 
 namespace bench {
 

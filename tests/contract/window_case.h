@@ -10,11 +10,11 @@
 #include <string>
 #include <vector>
 
-#include "platform/dialogs.h"
-#include "platform/event_loop.h"
-#include "platform/form.h"
-#include "platform/web_browser.h"
-#include "tests/contract/window_peer.h"
+#include "platform/window/dialogs.h"
+#include "platform/window/event_loop.h"
+#include "platform/window/form.h"
+#include "platform/window/web_browser.h"
+#include "tests/contract/window_driver.h"
 
 class WindowCase : public testing::Test {
  protected:

@@ -16,10 +16,10 @@
 #include <string>
 #include <vector>
 
-#include "platform/control.h"
-#include "platform/form.h"
-#include "platform/shared/own_pages.h"
-#include "platform/web_browser.h"
+#include "platform/shared/window/own_pages.h"
+#include "platform/window/control.h"
+#include "platform/window/form.h"
+#include "platform/window/web_browser.h"
 #include "tests/support/temporary_folder.h"
 
 namespace fake {

@@ -5,8 +5,8 @@
 
 #include <memory>
 
-#include "platform/control.h"
-#include "platform/form.h"
+#include "platform/window/control.h"
+#include "platform/window/form.h"
 #include "tests/fake_platform/fake.h"
 
 struct platform::Control::Impl {

@@ -8,12 +8,12 @@
 
 #include "core/attempt.h"
 #include "core/text.h"
-#include "platform/files.h"
-#include "platform/program.h"
-#include "platform/shell.h"
-#include "platform/system.h"
-#include "platform/windows_installer.h"
-#include "platform/xml_document.h"
+#include "platform/documents/files.h"
+#include "platform/documents/xml_document.h"
+#include "platform/system/program.h"
+#include "platform/system/shell.h"
+#include "platform/system/system.h"
+#include "platform/system/windows_installer.h"
 #include "tests/fake_platform/fake.h"
 
 namespace platform {

@@ -7,11 +7,11 @@
 #include <utility>
 
 #include "core/attempt.h"
-#include "platform/control.h"
-#include "platform/dialogs.h"
-#include "platform/event_loop.h"
-#include "platform/form.h"
-#include "platform/web_browser.h"
+#include "platform/window/control.h"
+#include "platform/window/dialogs.h"
+#include "platform/window/event_loop.h"
+#include "platform/window/form.h"
+#include "platform/window/web_browser.h"
 #include "tests/fake_platform/fake.h"
 #include "tests/fake_platform/impl.h"
 

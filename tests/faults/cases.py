@@ -1,5 +1,5 @@
 # What the network and the server may do to the program, and what it has to make of that: one table, as
-# data. tests/e2e/ and tests/e2e_win32/ serve and see each case; docs/reliability.md shows it, and
+# data. tests/e2e/linux/ and tests/e2e/win32/ serve and see each case; docs/reliability.md shows it, and
 # scripts/lint/faults holds the two together. SPDX-License-Identifier: MIT
 import gzip
 import pathlib

@@ -12,7 +12,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/web_browser.h"
+#include "platform/window/web_browser.h"
 
 namespace fuzz {
 

@@ -9,8 +9,8 @@
 #include <string>
 
 #include "core/text.h"
-#include "platform/linux/ansi_text.h"
-#include "platform/linux/profile_text.h"
+#include "platform/linux/system/ansi_text.h"
+#include "platform/linux/system/profile_text.h"
 #include "tests/fuzz/target.h"
 
 namespace {

@@ -12,7 +12,7 @@
 #include "catalogue/page_builder.h"
 #include "core/attempt.h"
 #include "core/text.h"
-#include "platform/xml_document.h"
+#include "platform/documents/xml_document.h"
 #include "tests/fuzz/documents.h"
 #include "tests/fuzz/page.h"
 #include "tests/fuzz/target.h"

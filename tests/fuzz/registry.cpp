@@ -13,8 +13,8 @@
 
 #include "core/attempt.h"
 #include "core/text.h"
-#include "platform/linux/installed_products.h"
-#include "platform/linux/registry_text.h"
+#include "platform/linux/system/installed_products.h"
+#include "platform/linux/system/registry_text.h"
 #include "tests/fuzz/target.h"
 
 namespace {

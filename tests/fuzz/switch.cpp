@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "app/modMain.h"
-#include "platform/linux/command_line.h"
+#include "platform/linux/system/command_line.h"
 #include "tests/fuzz/target.h"
 
 namespace {

@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/linux/ansi_text.h"
+#include "platform/linux/system/ansi_text.h"
 
 namespace fuzz {
 

@@ -20,11 +20,11 @@
 #include <vector>
 
 #include "catalogue/selection_status.h"
-#include "platform/event_loop.h"
-#include "platform/form.h"
-#include "platform/linux/paths.h"
-#include "platform/linux/toolkit.h"
-#include "platform/web_browser.h"
+#include "platform/linux/documents/native_path.h"
+#include "platform/linux/window/toolkit.h"
+#include "platform/window/event_loop.h"
+#include "platform/window/form.h"
+#include "platform/window/web_browser.h"
 
 namespace {
 

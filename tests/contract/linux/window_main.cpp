@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <string>
 
-#include "platform/linux/toolkit.h"
+#include "platform/linux/window/toolkit.h"
 #include "tests/contract/linux/window_roles.h"
 
 int main(int argc, char** argv) {

@@ -9,9 +9,9 @@
 #include <iostream>
 
 #include "core/attempt.h"
-#include "platform/form.h"
-#include "platform/linux/toolkit.h"
-#include "platform/program.h"
+#include "platform/linux/window/toolkit.h"
+#include "platform/system/program.h"
+#include "platform/window/form.h"
 
 namespace roles {
 namespace {

@@ -6,7 +6,7 @@
 
 #include <string_view>
 
-#include "platform/program.h"
+#include "platform/system/program.h"
 #include "platform/win32/com.h"
 
 int main(int argc, char** argv) {

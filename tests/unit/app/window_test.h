@@ -1,5 +1,5 @@
-// What the tests of this room begin with: the program's files in a fresh world, short ways to write
-// a catalogue, and a person who starts the program, waits, ticks and reads.
+// What the tests of this module begin with: the program's files in a fresh world, short ways to
+// write a catalogue, and a person who starts the program, waits, ticks and reads.
 //
 // SPDX-License-Identifier: MIT
 #pragma once

@@ -1,5 +1,5 @@
-// What the tests of this room begin with: a fresh world, and short ways to write the documents that
-// the room reads.
+// What the tests of this module begin with: a fresh world, and short ways to write the documents
+// that the module reads.
 //
 // SPDX-License-Identifier: MIT
 #pragma once
@@ -9,10 +9,10 @@
 #include <string>
 #include <vector>
 
-#include "platform/windows_installer.h"
-#include "platform/xml.h"
+#include "catalogue/clsVoice.h"
+#include "platform/documents/xml.h"
+#include "platform/system/windows_installer.h"
 #include "tests/fake_platform/fake.h"
-#include "voice/clsVoice.h"
 
 /// A product as a catalogue of the maker has it. An absent element is said by leaving it out of the
 /// text: see Without.

@@ -1,4 +1,4 @@
-// Texts and numbers as the rooms take them apart. No platform: the helpers know none.
+// Texts and numbers as the modules take them apart. No platform: the helpers know none.
 //
 // SPDX-License-Identifier: MIT
 #include "core/text.h"

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "core/text.h"
-#include "platform/form.h"
+#include "platform/window/form.h"
 #include "tests/unit/i18n/language_files.h"
 
 namespace {

@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <vector>
 
-#include "platform/form.h"
+#include "platform/window/form.h"
 #include "tests/unit/i18n/language_files.h"
 
 namespace {

@@ -1,5 +1,5 @@
 // A program that has just been started: an empty world, no data folder computed yet. For the tests
-// of paths/ and of the rooms that stand on it.
+// of paths/ and of the modules that use it.
 //
 // SPDX-License-Identifier: MIT
 #pragma once

@@ -1,7 +1,7 @@
 // Which addresses name the host's own pages, and which of them are refused.
 //
 // SPDX-License-Identifier: MIT
-#include "platform/shared/own_pages.h"
+#include "platform/shared/window/own_pages.h"
 
 #include <gmock/gmock.h>
 

@@ -1,0 +1,170 @@
+// Documents that are loaded and saved, on every system: when they are complete and who is told. The
+// tree is each back end's; kept here are the bytes as they came, since a document is saved
+// unchanged.
+//
+// SPDX-License-Identifier: MIT
+#include "platform/documents/xml_document.h"
+
+#include <optional>
+#include <stdexcept>
+#include <string_view>
+#include <utility>
+
+#include "core/attempt.h"
+#include "core/text.h"
+#include "platform/shared/documents/document_files.h"
+#include "platform/shared/documents/http_download.h"
+#include "platform/shared/window/event_queue.h"
+
+namespace platform {
+namespace {
+
+constexpr int kIncomplete = 1;
+constexpr int kComplete = 4;
+// MSXML's code for every failed load.
+constexpr int kFailed = static_cast<int>(0x80004005);
+// The same as for a download: what one may bring, a file may hold.
+constexpr std::size_t kFileLimit = std::size_t{64} << 20;
+
+bool IsAddress(const std::string& addressOrPath) {
+  return addressOrPath.find("://") != std::string::npos;
+}
+
+bool IsHttpsAddress(const std::string& addressOrPath) {
+  return core::UpperCase(addressOrPath.substr(0, 8)) == "HTTPS://";
+}
+
+std::optional<std::string> FileBytes(const std::string& path) {
+  std::optional<std::string> bytes;
+  core::Attempt([&] { bytes = ReadDocument(path, kFileLimit); });
+  return bytes;
+}
+
+}  // namespace
+
+struct XmlDocument::Impl : std::enable_shared_from_this<Impl> {
+  void Clear();
+  void Load(const std::string& addressOrPath);
+  void Take(std::optional<std::string> text);
+  void Read(std::string_view text);
+  void TellLater();
+  void Tell();
+
+  std::function<void()> handler;
+  std::optional<XmlList> list;
+  std::string bytes;
+  bool holdsAnything = false;
+  XmlNode document;
+  std::vector<XmlRecord> records;
+  int readyState = kComplete;
+  int errorCode = 0;
+  std::unique_ptr<HttpDownload> download;
+  /// The posted telling; let go of, it is not done.
+  std::shared_ptr<Impl*> telling;
+};
+
+XmlDocument::XmlDocument() : mImpl(std::make_shared<Impl>()) {}
+
+XmlDocument::XmlDocument(XmlList list) : XmlDocument() { mImpl->list = std::move(list); }
+
+XmlDocument::~XmlDocument() {
+  mImpl->handler = nullptr;
+  mImpl->Clear();
+}
+
+void XmlDocument::OnReadyStateChange(std::function<void()> handler) {
+  mImpl->handler = std::move(handler);
+}
+
+void XmlDocument::Load(const std::string& addressOrPath) { mImpl->Load(addressOrPath); }
+
+void XmlDocument::LoadXml(std::string text) {
+  mImpl->Clear();
+  mImpl->Take(std::move(text));
+}
+
+int XmlDocument::ReadyState() const { return mImpl->readyState; }
+
+int XmlDocument::ParseErrorCode() const { return mImpl->errorCode; }
+
+XmlNode XmlDocument::DocumentNode() const { return mImpl->document; }
+
+XmlNode XmlDocument::DocumentElement() const {
+  return mImpl->document ? mImpl->document.SelectSingleNode("/*") : XmlNode();
+}
+
+const std::vector<XmlRecord>& XmlDocument::Records() const { return mImpl->records; }
+
+void XmlDocument::Save(const std::string& path) const {
+  if (!mImpl->holdsAnything) throw std::runtime_error("the document holds nothing to save");
+  ReplaceDocument(path, mImpl->bytes);
+}
+
+// Also gives up a load under way, of which nothing is told then.
+void XmlDocument::Impl::Clear() {
+  download.reset();
+  telling.reset();
+  bytes.clear();
+  holdsAnything = false;
+  document = XmlNode();
+  records.clear();
+  readyState = kComplete;
+  errorCode = 0;
+}
+
+void XmlDocument::Impl::Load(const std::string& addressOrPath) {
+  Clear();
+  if (!IsAddress(addressOrPath)) {
+    Take(FileBytes(addressOrPath));
+    TellLater();
+  } else if (!IsHttpsAddress(addressOrPath)) {
+    Take(std::nullopt);
+    TellLater();
+  } else {
+    readyState = kIncomplete;
+    download = std::make_unique<HttpDownload>(addressOrPath, DownloadRules{},
+                                              [this](std::optional<std::string> body) {
+                                                Take(std::move(body));
+                                                download.reset();
+                                                Tell();
+                                              });
+  }
+}
+
+void XmlDocument::Impl::Take(std::optional<std::string> text) {
+  readyState = kComplete;
+  errorCode = kFailed;
+  core::Attempt([&] {
+    Read(text.value());
+    bytes = std::move(text).value();
+    holdsAnything = true;
+    errorCode = 0;
+  });
+}
+
+void XmlDocument::Impl::Read(std::string_view text) {
+  if (list) {
+    records = ReadXmlList(text, *list);
+  } else {
+    document = ParseXml(text);
+  }
+}
+
+void XmlDocument::Impl::TellLater() {
+  telling = std::make_shared<Impl*>(this);
+  Post([posted = std::weak_ptr(telling)] {
+    const auto self = posted.lock();
+    if (!self) return;
+    (*self)->telling.reset();
+    (*self)->Tell();
+  });
+}
+
+// The handler may destroy the document, and with it the handler itself.
+void XmlDocument::Impl::Tell() {
+  const std::shared_ptr<Impl> kept = shared_from_this();
+  const std::function<void()> told = handler;
+  if (told) core::Attempt(told);
+}
+
+}  // namespace platform

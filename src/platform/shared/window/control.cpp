@@ -1,0 +1,110 @@
+// The handle on a control.
+//
+// SPDX-License-Identifier: MIT
+#include "platform/window/control.h"
+
+#include <stdexcept>
+#include <utility>
+
+#include "platform/shared/window/control_impl.h"
+
+namespace platform {
+namespace {
+
+[[noreturn]] void Lacks(const Control::Impl& control, const std::string& property) {
+  throw std::logic_error("a " + control.kind + " has no " + property);
+}
+
+float CheckedSize(float twips) {
+  // The comparison is written so that a number that is none is refused too.
+  if (!(twips >= 0)) throw std::invalid_argument("a size cannot be negative");
+  return twips;
+}
+
+/// What every property begins with.
+Control::Impl& Living(const std::shared_ptr<Control::Impl>& control) {
+  control->CheckLives();
+  return *control;
+}
+
+}  // namespace
+
+Control::Impl::Impl(std::string kind, std::string name)
+    : kind(std::move(kind)), name(std::move(name)) {}
+
+std::string Control::Impl::Caption() const { Lacks(*this, "Caption"); }
+void Control::Impl::SetCaption(const std::string&) { Lacks(*this, "Caption"); }
+void Control::Impl::SetFont(const Font&) { Lacks(*this, "Font"); }
+void Control::Impl::SetRightToLeft(bool) { Lacks(*this, "RightToLeft"); }
+void Control::Impl::OnClick(std::function<void()>&&) { Lacks(*this, "Click"); }
+
+void Control::Impl::Move(const Place& place) {
+  CheckLives();
+  mPlace = place;
+  if (mMover) mMover();
+}
+
+std::string Control::Kind() const { return Living(mImpl).kind; }
+
+std::string Control::Name() const { return Living(mImpl).name; }
+
+std::string Control::Tag() const {
+  Living(mImpl);
+  return {};
+}
+
+std::string Control::Caption() const { return Living(mImpl).Caption(); }
+
+void Control::SetCaption(const std::string& caption) { Living(mImpl).SetCaption(caption); }
+
+std::string Control::ToolTipText() const { return Living(mImpl).ToolTipText(); }
+
+void Control::SetToolTipText(const std::string& text) { Living(mImpl).SetToolTipText(text); }
+
+bool Control::Enabled() const { return Living(mImpl).Enabled(); }
+
+void Control::SetEnabled(bool enabled) { Living(mImpl).SetEnabled(enabled); }
+
+void Control::SetFont(const Font& font) { Living(mImpl).SetFont(font); }
+
+void Control::SetRightToLeft(bool rightToLeft) { Living(mImpl).SetRightToLeft(rightToLeft); }
+
+float Control::Left() const { return Living(mImpl).Where().left; }
+
+float Control::Top() const { return Living(mImpl).Where().top; }
+
+float Control::Width() const { return Living(mImpl).Where().width; }
+
+float Control::Height() const { return Living(mImpl).Where().height; }
+
+void Control::SetLeft(float twips) {
+  Place place = mImpl->Where();
+  place.left = twips;
+  mImpl->Move(place);
+}
+
+void Control::SetTop(float twips) {
+  Place place = mImpl->Where();
+  place.top = twips;
+  mImpl->Move(place);
+}
+
+void Control::SetWidth(float twips) {
+  Place place = mImpl->Where();
+  place.width = CheckedSize(twips);
+  mImpl->Move(place);
+}
+
+void Control::SetHeight(float twips) {
+  Place place = mImpl->Where();
+  place.height = CheckedSize(twips);
+  mImpl->Move(place);
+}
+
+void Control::BringToFront() { Living(mImpl).BringToFront(); }
+
+std::vector<ContainerItem> Control::Items() const { Lacks(Living(mImpl), "Items"); }
+
+void Control::OnClick(std::function<void()> handler) { Living(mImpl).OnClick(std::move(handler)); }
+
+}  // namespace platform
