@@ -41,8 +41,7 @@ add_custom_command(
   VERBATIM)
 
 set(VELOR_ICON "${icon}")
-set(VELOR_MANIFEST "${CMAKE_CURRENT_BINARY_DIR}/VelorVoiceSetup.manifest")
-configure_file("${CMAKE_SOURCE_DIR}/packaging/win32/VelorVoiceSetup.manifest.in" "${VELOR_MANIFEST}" @ONLY)
+set(VELOR_MANIFEST "${CMAKE_SOURCE_DIR}/packaging/win32/VelorVoiceSetup.manifest")
 set(script "${CMAKE_CURRENT_BINARY_DIR}/VelorVoiceSetup.rc")
 configure_file("${CMAKE_SOURCE_DIR}/packaging/win32/VelorVoiceSetup.rc.in" "${script}" @ONLY)
 set_source_files_properties("${script}" PROPERTIES
