@@ -112,7 +112,7 @@ void frmSelect::Form_Load() {
 }
 
 void frmSelect::StartLoadingCatalogue() {
-  mProductsDoc = std::make_unique<XmlDocument>(CatalogueList());
+  mProductsDoc = std::make_unique<XmlDocument>();
   mProductsDoc->OnReadyStateChange([this] { mProductsDoc_onreadystatechange(); });
   mProductsDoc->Load(GetCatalogueURL());
 }
@@ -162,11 +162,11 @@ void frmSelect::ReportFailedCatalogue() {
 }
 
 void frmSelect::BuildVoicesPage(const XmlDocument& catalogue) {
-  std::vector<clsVoice> voices;
   VoicesPage page;
   Attempt([&] {
-    voices = ReadCatalogue(catalogue.Records(), modI18N2::GetLanguage1(), mInstaller.get());
-    page = BuildPage(std::move(voices), Text,
+    page = BuildPage(ReadCatalogue(catalogue.DocumentElement(), modI18N2::GetLanguage1(),
+                                   mInstaller.get()),
+                     Text,
                      {DefaultVoice("Speech.Voice1", 1), DefaultVoice("Speech.Voice2", 2)},
                      mQueueDoc ? mQueueDoc->DocumentElement() : XmlNode(), mInstaller.get());
   });

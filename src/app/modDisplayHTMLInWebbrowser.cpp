@@ -4,7 +4,6 @@
 #include "app/modDisplayHTMLInWebbrowser.h"
 
 #include "core/attempt.h"
-#include "core/text.h"
 #include "paths/modPath.h"
 #include "platform/documents/files.h"
 
@@ -16,17 +15,14 @@ namespace {
 
 /// The body's last line is the caller's to end. The byte-order mark alone tells the encoding.
 std::string Page(const std::string& body) {
-  std::string page;
-  core::Append(page,
-               {"<!DOCTYPE html>\r\n"
-                "<html>\r\n"
-                "<title>Downloads</title>\r\n"
-                "<style>body { font-family:segoe ui, tahoma, arial; padding:20px; }</style>\r\n"
-                "<body>\r\n",
-                body,
-                "</body>\r\n"
-                "</html>\r\n"});
-  return page;
+  return "<!DOCTYPE html>\r\n"
+         "<html>\r\n"
+         "<title>Downloads</title>\r\n"
+         "<style>body { font-family:segoe ui, tahoma, arial; padding:20px; }</style>\r\n"
+         "<body>\r\n" +
+         body +
+         "</body>\r\n"
+         "</html>\r\n";
 }
 
 }  // namespace

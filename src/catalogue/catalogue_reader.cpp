@@ -5,8 +5,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstddef>
-#include <string_view>
 #include <utility>
 
 #include "catalogue/voice_names.h"
@@ -17,10 +15,7 @@
 namespace {
 
 using core::Attempt;
-using platform::XmlRecord;
-
-/// Where a record has the texts that CatalogueList names.
-enum Field : std::size_t { kName, kLanguage, kId, kSize, kProductCode, kLink };
+using platform::XmlNode;
 
 /// Whole megabytes, halves to the even neighbour: 1,500,000 bytes are 2, and so are 2,500,000. Any
 /// 32-bit number of bytes fits the result.
@@ -28,21 +23,20 @@ std::int16_t MegabytesFromBytes(const std::string& bytes) {
   return static_cast<std::int16_t>(std::nearbyint(core::Int32FromText(bytes) / 1'000'000.0));
 }
 
-bool IsDemonstration(const XmlRecord& product) {
-  const auto& name = product.at(kName);
-  return name && core::ContainsIgnoringCase(*name, "demo");
+bool IsDemonstration(const XmlNode& product) {
+  return core::ContainsIgnoringCase(product.ChildText("name").value_or(""), "demo");
 }
 
-clsVoice ReadProduct(const XmlRecord& product) {
+clsVoice ReadProduct(const XmlNode& product) {
   // Throws when the product has no such child.
-  const auto text = [&](Field field) -> const std::string& { return product.at(field).value(); };
+  const auto text = [&](const char* child) { return product.ChildText(child).value(); };
   clsVoice voice;
-  Attempt([&] { voice.Name = WithoutVendorWords(text(kName)); });
-  Attempt([&] { voice.Name = text(kLanguage) + " " + voice.Name; });
-  Attempt([&] { voice.ID = text(kId); });
-  Attempt([&] { voice.Size = MegabytesFromBytes(text(kSize)); });
-  Attempt([&] { voice.SetProductCode(text(kProductCode)); });
-  Attempt([&] { voice.Link = text(kLink); });
+  Attempt([&] { voice.Name = WithoutVendorWords(text("name")); });
+  Attempt([&] { voice.Name = text("language") + " " + voice.Name; });
+  Attempt([&] { voice.ID = text("id"); });
+  Attempt([&] { voice.Size = MegabytesFromBytes(text("size")); });
+  Attempt([&] { voice.SetProductCode(text("productcode")); });
+  Attempt([&] { voice.Link = text("link"); });
   return voice;
 }
 
@@ -52,54 +46,26 @@ bool IsSwedishOnly(const clsVoice& voice) {
          voice.Name.find("Elin") != std::string::npos;
 }
 
-/// Equal names stay in their order.
-std::vector<clsVoice> SortedByName(std::vector<clsVoice> voices) {
-  // What a comparison looks at is worked out once a name, and lies in one piece: of a long
-  // catalogue every text that lies apart would be fetched from memory. Voices are moved once.
-  struct Key {
-    std::size_t begin;  // in `keys`
-    std::size_t size;
-    std::size_t voice;
-  };
-  std::string keys;
-  std::vector<Key> order;
-  order.reserve(voices.size());
-  for (const clsVoice& voice : voices) {
-    const std::string key = platform::SortKey(voice.Name);
-    order.push_back({keys.size(), key.size(), order.size()});
-    keys += key;
-  }
-  std::ranges::sort(order, {}, [&](const Key& key) {
-    return std::pair(std::string_view(keys).substr(key.begin, key.size), key.voice);
-  });
-  std::vector<clsVoice> sorted;
-  sorted.reserve(voices.size());
-  for (const Key& key : order) sorted.push_back(std::move(voices[key.voice]));
-  return sorted;
-}
-
 }  // namespace
 
-platform::XmlList CatalogueList() {
-  return {"product",
-          "producttype",
-          "Windows Voices",
-          {"name", "language", "id", "size", "productcode", "link"}};
-}
-
-std::vector<clsVoice> ReadCatalogue(const std::vector<XmlRecord>& products,
-                                    const std::string& interfaceLanguage,
+std::vector<clsVoice> ReadCatalogue(const XmlNode& catalogue, const std::string& interfaceLanguage,
                                     const platform::WindowsInstaller* installer) {
-  std::vector<clsVoice> voices;
-  voices.reserve(products.size());
-  for (const XmlRecord& product : products) {
-    if (IsDemonstration(product)) continue;
-    clsVoice voice = ReadProduct(product);
-    // The record remembers, and here it is at hand: asked in the order of names, a long catalogue
-    // would be fetched into the cache once more.
-    const bool isInstalled = voice.IsInstalled(installer) == InstallState::kInstalled;
-    if (IsSwedishOnly(voice) && interfaceLanguage != "sv" && !isInstalled) continue;
-    voices.push_back(std::move(voice));
+  using KeyAndVoice = std::pair<std::string, clsVoice>;
+  std::vector<KeyAndVoice> sorted;
+  for (const XmlNode& product : catalogue.SelectNodes("product[producttype='Windows Voices']")) {
+    Attempt([&] {
+      if (IsDemonstration(product)) return;
+      clsVoice voice = ReadProduct(product);
+      if (IsSwedishOnly(voice) && interfaceLanguage != "sv" &&
+          voice.IsInstalled(installer) != InstallState::kInstalled) {
+        return;
+      }
+      auto key = core::AttemptOr(std::string(), [&] { return platform::SortKey(voice.Name); });
+      sorted.emplace_back(std::move(key), std::move(voice));
+    });
   }
-  return SortedByName(std::move(voices));
+  std::ranges::stable_sort(sorted, {}, &KeyAndVoice::first);
+  std::vector<clsVoice> voices;
+  for (KeyAndVoice& one : sorted) voices.push_back(std::move(one.second));
+  return voices;
 }

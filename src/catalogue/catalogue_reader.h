@@ -8,20 +8,17 @@
 #include <vector>
 
 #include "catalogue/clsVoice.h"
-#include "platform/documents/xml_list.h"
+#include "platform/documents/xml.h"
 #include "platform/system/windows_installer.h"
 
-/// What a document has to be asked for: of the `product` children of the root element, those of the
-/// type "Windows Voices", and of them `name`, `language`, `id`, `size` (bytes), `productcode` and
-/// `link`.
-platform::XmlList CatalogueList();
-
-/// The voices of the catalogue that may be shown, in the order in which people look for them.
+/// The voices of the catalogue that may be shown, sorted by name without regard to letter case;
+/// equal names keep the order of the catalogue.
 ///
-/// `products` are the records of a CatalogueList. What a product lacks, or has malformed, leaves
-/// its voice's member empty or 0. `installer` (null where there is none) is asked about each voice,
-/// which remembers the answer. Demonstration products are left out, and so are the two Swedish
-/// voices unless `interfaceLanguage` is "sv" or they are installed.
-std::vector<clsVoice> ReadCatalogue(const std::vector<platform::XmlRecord>& products,
+/// `catalogue` is the root element; read are its `product` children of the type "Windows Voices",
+/// and of them `name`, `language`, `id`, `size` (bytes), `productcode` and `link`. What a product
+/// lacks, or has malformed, leaves its voice's member empty or 0. Demonstration products are left
+/// out, and so are the two Swedish voices unless `interfaceLanguage` is "sv" or they are installed.
+/// `installer` is null where there is none. Throws std::logic_error for no node.
+std::vector<clsVoice> ReadCatalogue(const platform::XmlNode& catalogue,
                                     const std::string& interfaceLanguage,
                                     const platform::WindowsInstaller* installer);

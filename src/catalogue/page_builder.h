@@ -27,12 +27,10 @@ struct VoicesPage {
   bool anyVoiceInstalled = false;
 };
 
-/// `voices` as ReadCatalogue answers them. The offered ones are moved out of it; the others stay,
-/// for the caller to give up when the page is on its way, which takes a while for a long catalogue.
-/// `defaultVoices`: the bare names (CleanVoiceName) of the voices that Parvix speaks with, ticked
-/// from the start as long as no voice is installed. `queue`: the root element of an earlier run's
-/// queue, whose voices are ticked too; no node when there is none. `installer` is null where there
-/// is none.
-VoicesPage BuildPage(std::vector<clsVoice>&& voices, const TextLookup& text,
+/// `voices` are sorted as ReadCatalogue returns them. `defaultVoices`: the bare names
+/// (CleanVoiceName) of the voices that Parvix speaks with, ticked from the start as long as no voice
+/// is installed. `queue`: the root element of an earlier run's queue, whose voices are ticked too;
+/// no node when there is none. `installer` is null where there is none.
+VoicesPage BuildPage(std::vector<clsVoice> voices, const TextLookup& text,
                      const std::array<std::string, 2>& defaultVoices,
                      const platform::XmlNode& queue, const platform::WindowsInstaller* installer);

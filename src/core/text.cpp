@@ -51,14 +51,6 @@ bool ContainsIgnoringCase(std::string_view text, std::string_view part) {
   return part.empty() || !std::ranges::search(text, part, same).empty();
 }
 
-void Append(std::string& text, std::initializer_list<std::string_view> parts) {
-  std::size_t size = text.size();
-  for (const std::string_view part : parts) size += part.size();
-  // Not to the byte, or every addition would move what is there.
-  if (size > text.capacity()) text.reserve(std::max(size, 2 * text.capacity()));
-  for (const std::string_view part : parts) text += part;
-}
-
 std::string ReplaceAll(std::string text, std::string_view part, std::string_view replacement) {
   if (part.empty()) return text;
   for (auto at = text.find(part); at != std::string::npos;

@@ -6,7 +6,6 @@
 #pragma once
 
 #include <cstdint>
-#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,9 +23,6 @@ std::string UpperCase(std::string_view text);
 
 /// Whether `part` stands anywhere in `text`, ASCII letters compared without regard to case.
 bool ContainsIgnoringCase(std::string_view text, std::string_view part);
-
-/// Adds all parts to the end of `text`.
-void Append(std::string& text, std::initializer_list<std::string_view> parts);
 
 /// `text` with every occurrence of `part` replaced, found from left to right.
 /// An empty `part` occurs nowhere.

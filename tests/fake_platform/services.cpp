@@ -20,24 +20,15 @@ namespace platform {
 
 struct XmlDocument::Impl {
   std::function<void()> handler;
-  std::optional<XmlList> list;
   std::string source;
   bool holdsAnything = false;
   XmlNode node;
-  std::vector<XmlRecord> records;
   int readyState = 4;
   int parseErrorCode = 0;
 
   void Take(const std::optional<std::string>& bytes) {
     node = XmlNode();
-    records.clear();
-    holdsAnything = core::Attempt([&] {
-      if (list) {
-        records = ReadXmlList(bytes.value(), *list);
-      } else {
-        node = ParseXml(bytes.value());
-      }
-    });
+    holdsAnything = core::Attempt([&] { node = ParseXml(bytes.value()); });
     source = holdsAnything ? *bytes : "";
     parseErrorCode = holdsAnything ? 0 : 1;
     readyState = 4;
@@ -45,7 +36,6 @@ struct XmlDocument::Impl {
 };
 
 XmlDocument::XmlDocument() : mImpl(std::make_shared<Impl>()) {}
-XmlDocument::XmlDocument(XmlList list) : XmlDocument() { mImpl->list = std::move(list); }
 XmlDocument::~XmlDocument() { mImpl->handler = nullptr; }
 
 void XmlDocument::OnReadyStateChange(std::function<void()> handler) {
@@ -82,8 +72,6 @@ XmlNode XmlDocument::DocumentNode() const { return mImpl->node; }
 XmlNode XmlDocument::DocumentElement() const {
   return mImpl->node ? mImpl->node.SelectSingleNode("*") : XmlNode();
 }
-
-const std::vector<XmlRecord>& XmlDocument::Records() const { return mImpl->records; }
 
 void XmlDocument::Save(const std::string& path) const {
   if (!mImpl->holdsAnything) throw std::logic_error("the document holds nothing");

@@ -22,7 +22,6 @@
 #include "core/attempt.h"
 #include "core/text.h"
 #include "platform/documents/xml.h"
-#include "platform/documents/xml_list.h"
 #include "platform/system/text_order.h"
 #include "platform/system/windows_installer.h"
 #include "tests/fake_platform/fake.h"
@@ -275,18 +274,15 @@ void CheckSelection(const std::vector<platform::InputState>& inputs, const Voice
   Require(IsPartOf(items, perhaps) && IsPartOf(surely, items));
 }
 
-/// Absent where the catalogue cannot be loaded, which is where it cannot be read as a tree either.
+/// Absent where the catalogue cannot be loaded.
 std::optional<std::vector<clsVoice>> VoicesOf(const std::string& catalogue, const Setting& setting,
                                               const platform::WindowsInstaller& installer) {
-  std::vector<platform::XmlRecord> records;
-  const bool loaded =
-      core::Attempt([&] { records = platform::ReadXmlList(catalogue, CatalogueList()); });
-  if (!setting.catalogueIsMade) {
-    Require(loaded == core::Attempt([&] { platform::ParseXml(catalogue); }));
-    if (!loaded) return std::nullopt;
-  }
-  Require(loaded);
-  return ReadCatalogue(records, setting.language, &installer);
+  platform::XmlNode root;
+  const bool loaded = core::Attempt(
+      [&] { root = platform::ParseXml(catalogue).SelectSingleNode("*"); });
+  Require(loaded || !setting.catalogueIsMade);
+  if (!loaded) return std::nullopt;
+  return ReadCatalogue(root, setting.language, &installer);
 }
 
 }  // namespace

@@ -32,6 +32,9 @@ class XmlNode {
   /// The first of them, or no node.
   XmlNode SelectSingleNode(const std::string& xpath) const;
 
+  /// Text() of the first child element of this name, in no namespace; absent when there is none.
+  std::optional<std::string> ChildText(const std::string& name) const;
+
   /// The node's text content: of an element, all text inside it joined, without the blanks, tabs
   /// and line ends at both ends (what MSXML gives while white space is not preserved; XPath
   /// comparisons see the text untrimmed).

@@ -6,10 +6,8 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "platform/documents/xml.h"
-#include "platform/documents/xml_list.h"
 
 namespace platform {
 
@@ -18,8 +16,6 @@ namespace platform {
 class XmlDocument {
  public:
   XmlDocument();
-  /// A document that is a list: it has Records, and no nodes.
-  explicit XmlDocument(XmlList list);
   ~XmlDocument();
   XmlDocument(const XmlDocument&) = delete;
   XmlDocument& operator=(const XmlDocument&) = delete;
@@ -49,9 +45,6 @@ class XmlDocument {
 
   /// The root element; no node while the document holds nothing.
   XmlNode DocumentElement() const;
-
-  /// The records of a list; none while the document holds nothing.
-  const std::vector<XmlRecord>& Records() const;
 
   /// Writes the document as it came to a file, which is replaced as a whole or not at all.
   /// Throws when the document holds nothing (no file is touched) or cannot be written.

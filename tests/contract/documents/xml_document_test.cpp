@@ -232,30 +232,6 @@ TEST_F(XmlDocuments, SaveNothingOverAFolder) {
   EXPECT_EQ(peer::CountIn(peer::Folder()), 1u);
 }
 
-TEST_F(XmlDocuments, AreListsWhereAListIsWanted) {
-  const std::string bytes = "<r>\n<a><b>1</b><c>2</c></a><a><b>1</b></a><a><b>0</b></a></r>";
-  peer::WriteFile(In("products.xml"), bytes);
-  XmlDocument document({"a", "b", "1", {"c"}});
-  EXPECT_THAT(document.Records(), testing::IsEmpty());
-  LoadAndWait(document, In("products.xml"));
-  EXPECT_EQ(document.ParseErrorCode(), 0);
-  EXPECT_THAT(document.Records(),
-              testing::ElementsAre(platform::XmlRecord{"2"}, platform::XmlRecord{std::nullopt}));
-  EXPECT_FALSE(document.DocumentNode());
-  EXPECT_FALSE(document.DocumentElement());
-  document.Save(In("saved.xml"));
-  EXPECT_EQ(peer::FileBytes(In("saved.xml")), bytes);
-}
-
-TEST_F(XmlDocuments, ForgetTheEarlierListWhenALoadFails) {
-  XmlDocument document({"a", "b", "1", {"c"}});
-  document.LoadXml("<r><a><b>1</b></a></r>");
-  EXPECT_EQ(document.Records().size(), 1u);
-  document.LoadXml("<r><a><b>1</b></a>");
-  EXPECT_THAT(document.Records(), testing::IsEmpty());
-  ExpectHoldsNothing(document);
-}
-
 TEST_F(XmlDocuments, KeepTheTreeForANodeThatIsLeft) {
   platform::XmlNode root;
   {

@@ -110,6 +110,15 @@ TEST_F(Xml, JoinsAllTextInside) {
   EXPECT_EQ(ParseXml("<r>a<b>b</b></r>").Text(), "ab");
 }
 
+TEST_F(Xml, AnswersTheTextOfTheFirstChildOfAName) {
+  const XmlNode root = Root(
+      "<r xmlns:x='urn:x'>no<x:a>no</x:a><b><a>no</a></b><a> 1<c>2</c> </a><a>3</a><d/></r>");
+  EXPECT_EQ(root.ChildText("a"), "12");
+  EXPECT_EQ(root.ChildText("d"), "");
+  EXPECT_EQ(root.ChildText("c"), std::nullopt);
+  EXPECT_EQ(root.ChildText("A"), std::nullopt);
+}
+
 TEST_F(Xml, ComparesTextUntrimmed) {
   const XmlNode root = Root("<r><a> x </a></r>");
   EXPECT_TRUE(root.SelectNodes("self::*[a='x']").empty());
@@ -153,6 +162,7 @@ TEST_F(Xml, ThrowsLogicErrorsWhenNoNodeIsAsked) {
   EXPECT_FALSE(none);
   EXPECT_THROW(none.SelectNodes("a"), std::logic_error);
   EXPECT_THROW(none.SelectSingleNode("a"), std::logic_error);
+  EXPECT_THROW(none.ChildText("a"), std::logic_error);
   EXPECT_THROW(none.Text(), std::logic_error);
   EXPECT_THROW(none.Attribute("id"), std::logic_error);
 }

@@ -20,7 +20,7 @@ constexpr DWORD kLookEvery = 10;
 
 void LoadAndSay(const std::string& address) {
   bool told = false;
-  platform::XmlDocument document(CatalogueList());
+  platform::XmlDocument document;
   document.OnReadyStateChange([&] { told = true; });
   document.Load(address);
   while (!told) {
@@ -32,7 +32,7 @@ void LoadAndSay(const std::string& address) {
     return;
   }
   std::cout << "page";
-  for (const clsVoice& voice : ReadCatalogue(document.Records(), "en", nullptr)) {
+  for (const clsVoice& voice : ReadCatalogue(document.DocumentElement(), "en", nullptr)) {
     std::cout << ' ' << Encoded(voice.Name);
   }
 }

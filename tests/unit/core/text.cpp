@@ -51,14 +51,6 @@ TEST(ContainsIgnoringCase, FindsNothingInEveryText) {
   EXPECT_TRUE(core::ContainsIgnoringCase("", ""));
 }
 
-TEST(Append, AddsAllPartsAtTheEnd) {
-  std::string text = "a";
-  core::Append(text, {"b", "", "cd"});
-  EXPECT_EQ(text, "abcd");
-  core::Append(text, {});
-  EXPECT_EQ(text, "abcd");
-}
-
 TEST(ReplaceAll, ReplacesEveryOccurrence) {
   EXPECT_EQ(core::ReplaceAll("a.b.c", ".", "--"), "a--b--c");
   EXPECT_EQ(core::ReplaceAll("a.b.", ".", ""), "ab");

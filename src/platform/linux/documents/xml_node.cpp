@@ -1,14 +1,16 @@
 // Documents and nodes on libxml2.
 //
 // SPDX-License-Identifier: MIT
+#include <libxml/parser.h>
 #include <libxml/xpath.h>
 #include <libxml/xpathInternals.h>
 
+#include <limits>
+#include <new>
 #include <stdexcept>
 
 #include "core/text.h"
 #include "platform/documents/xml.h"
-#include "platform/linux/documents/xml_parser.h"
 
 namespace platform {
 
@@ -24,6 +26,9 @@ namespace {
 // stays far below.
 constexpr unsigned long kXPathOperationLimit = 20'000'000;
 
+struct FreeParser {
+  void operator()(xmlParserCtxt* parser) const { xmlFreeParserCtxt(parser); }
+};
 struct FreeContext {
   void operator()(xmlXPathContext* context) const { xmlXPathFreeContext(context); }
 };
@@ -54,6 +59,19 @@ void BeSilent(void*, xmlErrorPtr) {}
 
 // For the few errors that the library writes out past a context's own handler.
 void BeSilentToo(void*, const char*, ...) {}
+
+// Met before anything inside the declaration is looked at, so that no entity is ever defined.
+void RefuseDocumentType(void* context, const xmlChar*, const xmlChar*, const xmlChar*) {
+  auto* parser = static_cast<xmlParserCtxt*>(context);
+  parser->wellFormed = 0;
+  xmlStopParser(parser);
+}
+
+// The library ends quietly at a NUL behind the root element, and lets undeclared prefixes pass.
+bool IsWhollyWellFormed(const xmlParserCtxt& parser) {
+  return parser.wellFormed && parser.nsWellFormed && parser.input &&
+         parser.input->cur == parser.input->end;
+}
 
 XPathContext ContextFor(const XmlNode::Impl& start) {
   XPathContext context(Required(xmlXPathNewContext(start.tree.get())));
@@ -99,8 +117,19 @@ const XmlNode::Impl& Asked(const std::shared_ptr<const XmlNode::Impl>& impl) {
 }  // namespace
 
 XmlNode ParseXml(std::string_view bytes) {
-  const XmlParser parser = NewXmlParser();
-  const std::shared_ptr<xmlDoc> tree = ParseWith(*parser, bytes);
+  if (bytes.size() > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
+    throw std::runtime_error("the XML text is too long");
+  }
+  const std::unique_ptr<xmlParserCtxt, FreeParser> parser(Required(xmlNewParserCtxt()));
+  parser->sax->internalSubset = RefuseDocumentType;
+  parser->sax->serror = BeSilent;
+  const std::shared_ptr<xmlDoc> tree(
+      xmlCtxtReadMemory(parser.get(), bytes.data(), static_cast<int>(bytes.size()), nullptr,
+                        nullptr, XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING),
+      [](xmlDoc* document) { xmlFreeDoc(document); });
+  if (!tree || !IsWhollyWellFormed(*parser)) {
+    throw std::runtime_error("the XML text is not well-formed or declares a document type");
+  }
   // Numbers the elements, so that sorting a result looks at two numbers and not at the tree.
   xmlXPathOrderDocElems(tree.get());
   return XmlNode(std::make_shared<const XmlNode::Impl>(
@@ -126,6 +155,16 @@ std::vector<XmlNode> XmlNode::SelectNodes(const std::string& xpath) const {
 XmlNode XmlNode::SelectSingleNode(const std::string& xpath) const {
   const std::vector<XmlNode> nodes = SelectNodes(xpath);
   return nodes.empty() ? XmlNode() : nodes.front();
+}
+
+std::optional<std::string> XmlNode::ChildText(const std::string& name) const {
+  const Impl& self = Asked(mImpl);
+  for (xmlNode* child = xmlFirstElementChild(self.node); child;
+       child = xmlNextElementSibling(child)) {
+    if (child->ns || !xmlStrEqual(child->name, XmlText(name))) continue;
+    return std::string(core::Trim(ContentOf(child), core::kXmlBlanks));
+  }
+  return std::nullopt;
 }
 
 std::string XmlNode::Text() const {

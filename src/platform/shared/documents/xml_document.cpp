@@ -7,7 +7,6 @@
 
 #include <optional>
 #include <stdexcept>
-#include <string_view>
 #include <utility>
 
 #include "core/attempt.h"
@@ -46,16 +45,13 @@ struct XmlDocument::Impl : std::enable_shared_from_this<Impl> {
   void Clear();
   void Load(const std::string& addressOrPath);
   void Take(std::optional<std::string> text);
-  void Read(std::string_view text);
   void TellLater();
   void Tell();
 
   std::function<void()> handler;
-  std::optional<XmlList> list;
   std::string bytes;
   bool holdsAnything = false;
   XmlNode document;
-  std::vector<XmlRecord> records;
   int readyState = kComplete;
   int errorCode = 0;
   std::unique_ptr<HttpDownload> download;
@@ -64,8 +60,6 @@ struct XmlDocument::Impl : std::enable_shared_from_this<Impl> {
 };
 
 XmlDocument::XmlDocument() : mImpl(std::make_shared<Impl>()) {}
-
-XmlDocument::XmlDocument(XmlList list) : XmlDocument() { mImpl->list = std::move(list); }
 
 XmlDocument::~XmlDocument() {
   mImpl->handler = nullptr;
@@ -93,8 +87,6 @@ XmlNode XmlDocument::DocumentElement() const {
   return mImpl->document ? mImpl->document.SelectSingleNode("/*") : XmlNode();
 }
 
-const std::vector<XmlRecord>& XmlDocument::Records() const { return mImpl->records; }
-
 void XmlDocument::Save(const std::string& path) const {
   if (!mImpl->holdsAnything) throw std::runtime_error("the document holds nothing to save");
   ReplaceDocument(path, mImpl->bytes);
@@ -107,7 +99,6 @@ void XmlDocument::Impl::Clear() {
   bytes.clear();
   holdsAnything = false;
   document = XmlNode();
-  records.clear();
   readyState = kComplete;
   errorCode = 0;
 }
@@ -135,19 +126,11 @@ void XmlDocument::Impl::Take(std::optional<std::string> text) {
   readyState = kComplete;
   errorCode = kFailed;
   core::Attempt([&] {
-    Read(text.value());
+    document = ParseXml(text.value());
     bytes = std::move(text).value();
     holdsAnything = true;
     errorCode = 0;
   });
-}
-
-void XmlDocument::Impl::Read(std::string_view text) {
-  if (list) {
-    records = ReadXmlList(text, *list);
-  } else {
-    document = ParseXml(text);
-  }
 }
 
 void XmlDocument::Impl::TellLater() {

@@ -153,6 +153,11 @@ XmlNode XmlNode::SelectSingleNode(const std::string& xpath) const {
   return node ? NodeFor(std::move(node)) : XmlNode();
 }
 
+std::optional<std::string> XmlNode::ChildText(const std::string& name) const {
+  const XmlNode child = SelectSingleNode(name);
+  return child ? std::optional(child.Text()) : std::nullopt;
+}
+
 std::string XmlNode::Text() const {
   const ComPtr<IXMLDOMNode>& node = Asked(mImpl).node;
   Bstr text;
