@@ -41,7 +41,8 @@ add_custom_command(
   VERBATIM)
 
 set(VELOR_ICON "${icon}")
-set(VELOR_MANIFEST "${CMAKE_SOURCE_DIR}/packaging/win32/VelorVoiceSetup.manifest")
+set(VELOR_MANIFEST "${CMAKE_CURRENT_BINARY_DIR}/VelorVoiceSetup.manifest")
+configure_file("${CMAKE_SOURCE_DIR}/packaging/win32/VelorVoiceSetup.manifest.in" "${VELOR_MANIFEST}" @ONLY)
 set(script "${CMAKE_CURRENT_BINARY_DIR}/VelorVoiceSetup.rc")
 configure_file("${CMAKE_SOURCE_DIR}/packaging/win32/VelorVoiceSetup.rc.in" "${script}" @ONLY)
 set_source_files_properties("${script}" PROPERTIES

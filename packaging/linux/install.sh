@@ -1,8 +1,6 @@
 #!/usr/bin/env bash
-# install.sh [PREFIX]: installs Velor Voice Setup into a Wine prefix (WINEPREFIX, or ~/.wine), beside
-# the maker's Windows programs there, and adds an entry to your menu.
-#
-#   install.sh --remove [PREFIX]   removes both again; settings, and voices that wait, stay
+# Installs Velor Voice Setup into a Wine prefix, beside the maker's Windows programs there, and adds an
+# entry to your menu. README.txt says more.
 #
 # SPDX-License-Identifier: MIT
 set -euo pipefail
@@ -10,38 +8,40 @@ umask 022
 here=$(dirname "$(readlink -f "$0")")
 
 usage() {
-  echo "usage: ./install.sh [--remove] [PREFIX]" >&2
-  exit 2
+  cat <<'END'
+usage: ./install.sh [PREFIX]            installs, or upgrades
+       ./install.sh --remove [PREFIX]   removes; settings and queued voices are kept
+PREFIX is a Wine prefix. Default: $WINEPREFIX, or ~/.wine.
+END
+}
+
+fail() {
+  printf 'install.sh: %s\n' "$@" >&2
+  exit 1
 }
 
 action=install_all
-if [ "${1:-}" = --remove ]; then
-  action=remove_all
-  shift
-fi
-[ $# -le 1 ] || usage
-case ${1:-} in -*) usage ;; esac
-
-prefix=${1:-${WINEPREFIX:-$HOME/.wine}}
-[ -d "$prefix/drive_c" ] || {
-  echo "install.sh: $prefix is no Wine prefix, it has no drive_c" >&2
-  exit 1
-}
-prefix=$(readlink -f "$prefix")
-case $prefix in
-  # No desktop entry can name it.
-  *[[:cntrl:]]*) echo "install.sh: the prefix has a control character in its path" >&2 && exit 1 ;;
+case ${1:-} in
+  --help) usage && exit 0 ;;
+  --remove) action=remove_all && shift ;;
 esac
+if [ $# -gt 1 ] || [[ ${1:-} = -* ]]; then
+  usage >&2
+  exit 2
+fi
+
+# Also of a prefix that was deleted.
+prefix=$(readlink -m "${1:-${WINEPREFIX:-$HOME/.wine}}")
 maker_folder="$prefix/drive_c/Program Files/Velor Software"
 program_folder="$maker_folder/Velor Voice Setup"
 data_folder="$prefix/drive_c/ProgramData/Velor Software"
 share=${XDG_DATA_HOME:-$HOME/.local/share}
 application=com.velorsoftware.VoiceSetup
 entry="$share/applications/$application.desktop"
+texts=(wait.htm Languages.xml VelorVoiceSetup.Language.xml)
 
 # Inside the quotes of an Exec line four characters need a backslash, which is doubled since the line is
-# a string of the file's; and a percent sign needs another. (Desktops built on GLib hide an entry whose
-# program has a percent sign in its path, however it is written.)
+# a string of the file's; and a percent sign needs another.
 exec_text() {
   local text=$1
   text=${text//\\/\\\\\\\\}
@@ -51,28 +51,53 @@ exec_text() {
   printf '%s' "${text//%/%%}"
 }
 
+# The program uses the prefix of its environment, which need not be the one that it is installed in.
+exec_line() {
+  printf 'Exec=env "WINEPREFIX=%s" "%s/VelorVoiceSetup"\n' "$(exec_text "$prefix")" "$(exec_text "$program_folder")"
+}
+
 write_entry() {
-  local line exec_folder
-  exec_folder=$(exec_text "$program_folder")
+  local line
   while IFS= read -r line; do
-    # In quotes, so that no letter of the path has a meaning.
-    printf '%s\n' "${line//@VELOR_PROGRAM_FOLDER@/"$exec_folder"}"
+    case $line in
+      Exec=*) exec_line ;;
+      *) printf '%s\n' "$line" ;;
+    esac
   done <"$here/share/applications/$application.desktop.in"
 }
 
 # The files of share/ that go to the same place, as paths.
 shared_files() { (cd "$here/share" && find icons metainfo -type f); }
 
+check_prefix() {
+  [ -d "$prefix/drive_c" ] || fail "$prefix is no Wine prefix, it has no drive_c"
+  case $prefix in
+    *[[:cntrl:]]*) fail "the prefix has a control character in its path, which no desktop entry can name" ;;
+  esac
+}
+
+check_libraries() {
+  local found missing
+  command -v ldd >/dev/null || return 0
+  found=$(LC_ALL=C ldd "$here/program/VelorVoiceSetup" 2>&1) ||
+    fail "the program is for another kind of system than this one:" "$found"
+  missing=$(grep 'not found' <<<"$found" | sed 's/^[[:space:]]*//' || true)
+  [ -z "$missing" ] || fail "this system lacks libraries (README.txt says which packages have them):" "$missing"
+}
+
 install_all() {
   local file
+  check_prefix
+  check_libraries
   mkdir -p "$data_folder" "$share/applications"
   install -D -t "$program_folder" -m 755 "$here/program/VelorVoiceSetup"
-  install -t "$program_folder" -m 644 \
-    "$here"/program/{wait.htm,Languages.xml,VelorVoiceSetup.Language.xml}
+  install -t "$program_folder" -m 644 "${texts[@]/#/"$here/program/"}"
   while IFS= read -r file; do install -D -m 644 "$here/share/$file" "$share/$file"; done < <(shared_files)
   write_entry >"$entry.new"
   mv "$entry.new" "$entry"
   echo "Installed in $program_folder"
+  [ -n "$(find "$program_folder" -maxdepth 1 -iname VelorVoiceInstaller.exe)" ] ||
+    echo "VelorVoiceInstaller.exe is not in this folder yet. Without it no voice can be installed."
 }
 
 # Only where nothing is left in it.
@@ -81,15 +106,13 @@ remove_folder() { rmdir "$1" 2>/dev/null || true; }
 remove_all() {
   local file
   rm -f "$program_folder/VelorVoiceSetup"
-  # The Windows program reads the same texts, where it lies in the same folder.
-  if [ ! -e "$program_folder/VelorVoiceSetup.exe" ]; then
-    rm -f "$program_folder"/{wait.htm,Languages.xml,VelorVoiceSetup.Language.xml}
-  fi
+  # The Windows program reads the same texts, if it is in the same folder.
+  [ -e "$program_folder/VelorVoiceSetup.exe" ] || rm -f "${texts[@]/#/"$program_folder/"}"
   remove_folder "$program_folder"
   remove_folder "$maker_folder"
   remove_folder "$data_folder"
   # The entry may be that of another prefix.
-  if [ -f "$entry" ] && [ "$(cat "$entry")" = "$(write_entry)" ]; then
+  if [ -f "$entry" ] && grep -qxF "$(exec_line)" "$entry"; then
     rm "$entry"
     while IFS= read -r file; do rm -f "$share/$file"; done < <(shared_files)
   fi

@@ -43,7 +43,9 @@ class Recorder:
 
 
 class Installation:
-    def __init__(self, prefix, program):
+    """`program` is copied there; without one, a package has installed it."""
+
+    def __init__(self, prefix, program=None):
         self.prefix = prefix
         self.drive = prefix / "drive_c"
         self.folder = self.drive / "Program Files" / MAKER / "Velor Voice Setup"
@@ -53,8 +55,9 @@ class Installation:
         self.products = self.data / "products.xml"
         roaming = self.drive / "users" / USER / "AppData" / "Roaming"
         self.page = roaming / MAKER / "VelorVoiceSetup" / "index.htm"
-        self.data.mkdir(parents=True)
-        demonstration.copy_program(self.folder, program)
+        if program:
+            self.data.mkdir(parents=True)
+            demonstration.copy_program(self.folder, program)
         self.installer = Recorder(self.folder / "VelorVoiceInstaller.exe")
         self.choose_language("en")
 

@@ -5,11 +5,9 @@
 
 #include <glib.h>
 #include <glib/gstdio.h>
-#include <unicode/ustring.h>
 
 #include <bit>
 #include <cstddef>
-#include <cstdint>
 #include <stdexcept>
 #include <string_view>
 
@@ -22,19 +20,20 @@
 namespace platform {
 namespace {
 
-static_assert(std::endian::native == std::endian::little, "units are written as they are kept");
+static_assert(std::endian::native == std::endian::little, "units are written as in memory");
 
-// With the mark that says so. Throws for what is no UTF-8.
-std::u16string MarkedUtf16(const std::string& text) {
-  constexpr char16_t kByteOrderMark = 0xFEFF;
-  std::u16string wide(1 + text.size(), kByteOrderMark);  // never more units than bytes
-  std::int32_t length = 0;
-  UErrorCode code = U_ZERO_ERROR;
-  u_strFromUTF8(wide.data() + 1, static_cast<std::int32_t>(text.size()), &length, text.data(),
-                static_cast<std::int32_t>(text.size()), &code);
-  if (U_FAILURE(code)) throw std::runtime_error(u_errorName(code));
-  wide.resize(1 + static_cast<std::size_t>(length));
-  return wide;
+// With a byte-order mark. Throws for what is no UTF-8, and for a NUL.
+std::string MarkedUtf16(const std::string& text) {
+  const auto size = static_cast<glong>(text.size());
+  glong read = 0;
+  glong units = 0;
+  GErrorCheck error;
+  const GMemory<gunichar2> wide(g_utf8_to_utf16(text.data(), size, &read, &units, error.Out()));
+  error.Check();
+  if (read != size)
+    throw std::runtime_error("the text ends in the middle, at a NUL or part of a character");
+  const auto* bytes = reinterpret_cast<const char*>(wide.get());
+  return "\xFF\xFE" + std::string(bytes, static_cast<std::size_t>(units) * sizeof(gunichar2));
 }
 
 }  // namespace
@@ -57,10 +56,7 @@ void CreateFolder(const std::string& path) {
 
 void WriteUtf16File(const std::string& path, const std::string& text) {
   constexpr int kOnlyForItsOwner = 0600;
-  const std::u16string wide = MarkedUtf16(text);
-  const std::string_view bytes(reinterpret_cast<const char*>(wide.data()),
-                               wide.size() * sizeof(char16_t));
-  ReplaceFile(NativePath(path), bytes, kOnlyForItsOwner);
+  ReplaceFile(NativePath(path), MarkedUtf16(text), kOnlyForItsOwner);
 }
 
 std::string ReadDocument(const std::string& path, std::size_t limit) {
