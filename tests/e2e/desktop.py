@@ -59,6 +59,11 @@ def keys(*names):
         xdotool("key", "--clearmodifiers", name)
 
 
+def use_layout(name):
+    """Of the keyboard, such as "ru"."""
+    subprocess.run(["setxkbmap", name], check=True)
+
+
 def introduce_keyboard():
     """To be called before the window is opened whose keys matter. At the first key of a keyboard the
     display tells everyone of it, and the window manager asks for its own keys anew; what is typed

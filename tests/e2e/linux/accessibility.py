@@ -219,7 +219,6 @@ class Accessibility(scenario.Scenario):
         self.see_end(program)
 
     def tick_by_keyboard(self, program, words):
-        desktop.keys("Tab")
         self.see_focus(lambda: program.box(AGNES.shown), AGNES.shown)
         desktop.keys("space")
         self.hear("object:announcement", False, words.one)

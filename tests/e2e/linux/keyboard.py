@@ -22,8 +22,7 @@ class Keyboard(scenario.Scenario):
         self.see_page(program)
         number = self.window_number(program)
         self.see(lambda: desktop.active_window() == number, "the window to be active")
-        # The page has the focus as a whole, which assistive technology is not told; but the first
-        # count of the ticks comes after that.
+        self.see_focus_at_voice(program, AGNES)
         self.see_status(program, "")
         return program
 
@@ -35,8 +34,6 @@ class Keyboard(scenario.Scenario):
 
     def go_to_install(self, program):
         """With one voice ticked on the way."""
-        desktop.keys("Tab")
-        self.see_focus_at_voice(program, AGNES)
         desktop.keys("space")
         self.see_status(program, "1 voice, 75MB")
         desktop.keys("Tab")

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/linux/window/box_list.h"
 #include "platform/linux/window/page_description.h"
 
 namespace platform {
@@ -29,13 +30,6 @@ constexpr const char* kDeadEnd = "http://127.0.0.1:0";
 /// Connections ahead of need, which no content policy covers.
 constexpr std::array<std::string_view, 4> kFeaturesDenied = {
     "LinkPreconnect", "LinkPreconnectEarlyHints", "LinkPrefetch", "LinkPreload"};
-
-/// Where Tab stops in a page; `index` is 0 for the first and -1 for the last of them.
-constexpr const char* kFocusStop = R"(
-  Array.from(Document.prototype.querySelectorAll.call(document, "a[href], input, button"))
-      .filter(stop => !stop.disabled && stop.getClientRects().length > 0)
-      .at(index)?.focus({focusVisible: true})
-)";
 
 GRef<WebKitSettings> Settings() {
   auto settings = GRef<WebKitSettings>::Adopt(webkit_settings_new_with_settings(
@@ -86,6 +80,7 @@ GRef<WebKitUserContentManager> ContentManager() {
       WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START, kHostWorld, nullptr, nullptr);
   webkit_user_content_manager_add_script(manager.Get(), script);
   webkit_user_script_unref(script);
+  AddBoxList(manager.Get());
   webkit_user_content_manager_register_script_message_handler_in_world(manager.Get(), kMessage,
                                                                        kHostWorld);
   return manager;
@@ -171,6 +166,7 @@ void BrowserControl::OnLoadChanged(WebKitLoadEvent event) {
   mChanged = true;
   // First, so that a screen reader meets the right names when the focus comes.
   DescribePage(View(), mBusyText);
+  EnterBoxList(View(), EnterAt::kTicked);
   gtk_widget_grab_focus(Widget());
 }
 
@@ -182,10 +178,7 @@ bool BrowserControl::MayHaveChanged() const {
 /// WebKit would go on where the focus left the page, which is its end.
 bool BrowserControl::TakeFocus(GtkDirectionType direction) {
   if (!NativeControl::TakeFocus(direction)) return false;
-  const std::string index = direction == GTK_DIR_TAB_FORWARD ? "0" : "-1";
-  const std::string script = "{ const index = " + index + ";" + kFocusStop + "}";
-  webkit_web_view_evaluate_javascript(View(), script.c_str(), -1, kHostWorld, nullptr, nullptr,
-                                      nullptr, nullptr);
+  EnterBoxList(View(), direction == GTK_DIR_TAB_FORWARD ? EnterAt::kFirst : EnterAt::kFocused);
   return true;
 }
 

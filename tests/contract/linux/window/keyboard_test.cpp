@@ -20,9 +20,7 @@ class Keyboard : public testing::Test {
     form.Show();
     browser.Navigate(
         peer::PageWith({{"a", false, false}, {"b", false, true}, {"c", false, false}}));
-    EXPECT_TRUE(peer::RunUntil([this] { return FocusIsOn("browser") && Element() != "failed"; }));
-    EXPECT_TRUE(
-        peer::RunUntil([this] { return Ask("!!document.getElementById('link')") == "true"; }));
+    EXPECT_TRUE(Reaches("a"));
   }
 
   /// A key stroke on the display itself, named as in "alt+F4".
@@ -54,7 +52,7 @@ class Keyboard : public testing::Test {
 
 TEST_F(Keyboard, TabGoesThroughTheBoxesToTheButtonAndBackIntoThePage) {
   // The button stands above the browser here: the order of adding counts, not the place.
-  for (const char* id : {"a", "c", "link"}) {  // "b" is disabled
+  for (const char* id : {"c", "link"}) {  // "b" is disabled
     Type("Tab");
     EXPECT_TRUE(Reaches(id)) << id;
   }
@@ -65,8 +63,6 @@ TEST_F(Keyboard, TabGoesThroughTheBoxesToTheButtonAndBackIntoThePage) {
 }
 
 TEST_F(Keyboard, ShiftTabGoesTheSameWayBackwards) {
-  Type("Tab");
-  ASSERT_TRUE(Reaches("a"));
   Type("shift+Tab");
   EXPECT_TRUE(peer::RunUntil([this] { return FocusIsOn("install"); }));
   Type("shift+Tab");
@@ -74,8 +70,6 @@ TEST_F(Keyboard, ShiftTabGoesTheSameWayBackwards) {
 }
 
 TEST_F(Keyboard, TheFirstKeyAfterComingBackIsForThePage) {
-  Type("Tab");
-  ASSERT_TRUE(Reaches("a"));
   Type("shift+Tab");
   ASSERT_TRUE(peer::RunUntil([this] { return FocusIsOn("install"); }));
   Type("Tab");
@@ -85,9 +79,22 @@ TEST_F(Keyboard, TheFirstKeyAfterComingBackIsForThePage) {
       peer::RunUntil([this] { return Ask("document.getElementById('a').checked") == "true"; }));
 }
 
+TEST_F(Keyboard, ShiftTabComesBackToTheBoxThatHadTheFocus) {
+  Type("Down");
+  ASSERT_TRUE(Reaches("c"));
+  gtk_widget_grab_focus(widgets::WidgetOf("form", "install"));
+  ASSERT_TRUE(peer::RunUntil([this] { return FocusIsOn("install"); }));
+  Type("shift+Tab");
+  EXPECT_TRUE(Reaches("c"));
+}
+
+TEST_F(Keyboard, ThePageStartsAtTheFirstTickedBox) {
+  browser.Navigate(peer::PageWith(
+      {{"d", false, false}, {"e", true, true}, {"f", true, false}, {"g", true, false}}));
+  EXPECT_TRUE(Reaches("f"));
+}
+
 TEST_F(Keyboard, SpaceTicksTheBox) {
-  Type("Tab");
-  ASSERT_TRUE(Reaches("a"));
   Type("space");
   EXPECT_TRUE(
       peer::RunUntil([this] { return Ask("document.getElementById('a').checked") == "true"; }));
