@@ -16,9 +16,9 @@
 #include <string>
 #include <vector>
 
+#include "platform/shared/window/control_impl.h"
+#include "platform/shared/window/form_impl.h"
 #include "platform/shared/window/own_pages.h"
-#include "platform/window/control.h"
-#include "platform/window/form.h"
 #include "platform/window/web_browser.h"
 #include "tests/support/temporary_folder.h"
 
@@ -59,57 +59,89 @@ struct Browser {
   void Tick(const std::string& id, bool checked = true);
 };
 
-struct Control {
-  std::string kind;
-  std::string name;
+struct Control final : platform::Control::Impl {
+  using Impl::Impl;
+
   std::string tag;
   std::string caption;
   std::string toolTipText;
   bool enabled = true;
   bool rightToLeft = false;
   std::optional<platform::Font> font;
-  float left = 0;
-  float top = 0;
-  float width = 0;
-  float height = 0;
   std::vector<platform::ContainerItem> items;
-  /// How often each property was set, by its name ("Caption", "Left", ...).
+  /// How often each property was set, by its name ("Caption", "Bounds", ...).
   std::map<std::string, int> timesSet;
   /// Properties that the control lacks besides those that its kind lacks.
   std::set<std::string> lacks;
   std::function<void()> onClick;
   Browser browser;
-  bool alive = true;
 
   /// The user presses the button; does nothing while it is disabled.
   void Click();
+
+  std::string Tag() const override;
+  std::string Caption() const override;
+  void SetCaption(const std::string& text) override;
+  void SetFont(const platform::Font& newFont) override;
+  void SetRightToLeft(bool newDirection) override;
+  void OnClick(std::function<void()>&& handler) override;
+  std::vector<platform::ContainerItem> Items() const override;
+  std::string ToolTipText() const override;
+  void SetToolTipText(const std::string& text) override;
+  bool Enabled() const override { return enabled; }
+  void SetEnabled(bool newState) override;
+  void BringToFront() override;
+  void CheckLives() const override;
+  void End() override;
+  bool IsAlive() const { return mAlive; }
+
+ private:
+  bool Has(const std::string& property) const;
+  template <class Value>
+  void Set(const std::string& property, Value& member, const Value& value);
+
+  bool mAlive = true;
 };
 
-struct Form : std::enable_shared_from_this<Form> {
-  std::string name;
-  std::string caption;
+struct Form final : platform::Form::Impl {
+  Form(const std::string& name, float width, float height)
+      : Impl(name), clientWidth(width), clientHeight(height) {}
+
   std::optional<platform::Font> font;
   bool rightToLeft = false;
   bool visible = false;
   bool minimised = false;
-  bool unloading = false;
-  float clientWidth = 0;
-  float clientHeight = 0;
+  float clientWidth;
+  float clientHeight;
   /// From back to front.
   std::vector<std::shared_ptr<Control>> zOrder;
-  /// In the order of adding.
-  std::vector<std::shared_ptr<Control>> controls;
-  std::function<void()> onResize;
-  std::function<void()> onUnload;
-  std::function<void()> onUnloaded;
 
+  /// In the order of adding.
+  std::vector<std::shared_ptr<Control>> Controls() const;
   /// Adds a control of any kind, also one that the real back ends have no use for.
-  std::shared_ptr<Control> Add(const std::string& kind, const std::string& name);
+  std::shared_ptr<Control> Add(const std::string& kind, const std::string& controlName);
   void Resize(float width, float height);
   void Minimise();
   void Restore();
   /// The user closes the window.
-  void Close();
+  void Close() { Unload(); }
+
+  bool HasWindow() const override { return mHasWindow; }
+  float ClientWidth() const override { return clientWidth; }
+  float ClientHeight() const override { return clientHeight; }
+  bool IsMinimised() const override { return minimised; }
+  void SetTitle(const std::string&) override {}
+  void SetFont(const platform::Font& newFont) override { font = newFont; }
+  void Mirror(bool newDirection) override { rightToLeft = newDirection; }
+  std::shared_ptr<platform::Control::Impl> MakeControl(const std::string& kind,
+                                                       const std::string& controlName) override;
+  void PlaceControl(platform::Control::Impl& control) override;
+  void Present() override;
+  void Conceal() override;
+  void DestroyNativeWindow() override;
+
+ private:
+  bool mHasWindow = true;
 };
 
 /// A load that waits for its outcome.
@@ -186,6 +218,10 @@ Control& ControlNamed(const std::string& name);
 /// none.
 void FinishLoad(const std::string& address, const std::string& bytes);
 void FailLoad(const std::string& address);
+
+bool IsTimerRunning();
+/// Every timer goes off although what it caused before is still waiting.
+void GoOff();
 
 /// Handles events until none is left.
 void HandleEvents();

@@ -2,15 +2,28 @@
 //
 // SPDX-License-Identifier: MIT
 #include <algorithm>
+#include <map>
 #include <stdexcept>
 
 #include "core/attempt.h"
 #include "core/text.h"
+#include "platform/shared/window/event_queue.h"
 #include "tests/fake_platform/fake.h"
-#include "tests/fake_platform/impl.h"
 
 namespace fake {
 namespace {
+
+struct ScheduledTimer {
+  unsigned milliseconds;
+  unsigned due;
+  std::function<void()> step;
+};
+
+/// In the order of starting.
+std::map<unsigned, ScheduledTimer>& Timers() {
+  static std::map<unsigned, ScheduledTimer> timers;
+  return timers;
+}
 
 std::unique_ptr<World>& Holder() {
   static std::unique_ptr<World> world;
@@ -69,7 +82,7 @@ void Reset() {
 Form& TheForm() { return *TheWorld().loadedForms.at(0); }
 
 Control& ControlNamed(const std::string& name) {
-  for (const auto& control : TheForm().controls) {
+  for (const auto& control : TheForm().Controls()) {
     if (control->name == name) return *control;
   }
   throw std::out_of_range("no control " + name);
@@ -88,30 +101,40 @@ void HandleEvents() {
   }
 }
 
-std::vector<std::weak_ptr<ScheduledTimer>>& Timers() {
-  static std::vector<std::weak_ptr<ScheduledTimer>> timers;
-  return timers;
+}  // namespace fake
+
+namespace platform {
+
+void Post(std::function<void()> step) {
+  fake::TheWorld().events.push_back([step = std::move(step)] { core::Attempt(step); });
 }
 
-bool IsTimerEnabled() {
-  return std::ranges::any_of(Timers(), [](const auto& weak) {
-    const auto timer = weak.lock();
-    return timer && timer->enabled;
-  });
+unsigned StartTimer(unsigned milliseconds, std::function<void()> step) {
+  static unsigned last = 0;
+  fake::Timers()[++last] = {milliseconds, milliseconds, std::move(step)};
+  return last;
 }
 
-void Tell(std::function<void()> handler) {
-  if (handler) core::Attempt(handler);
+void StopTimer(unsigned timer) { fake::Timers().erase(timer); }
+
+}  // namespace platform
+
+namespace fake {
+
+bool IsTimerRunning() { return !Timers().empty(); }
+
+void GoOff() {
+  for (const auto& [number, timer] : std::map(Timers())) platform::Notify(timer.step);
 }
 
 void Pass(int milliseconds) {
   HandleEvents();
   for (int now = 0; now < milliseconds; ++now) {
-    for (const auto& weak : std::vector(Timers())) {
-      const auto timer = weak.lock();
-      if (!timer || !timer->enabled || --timer->due > 0) continue;
-      timer->due = timer->milliseconds;
-      Tell(timer->handler);
+    for (const auto& [number, unused] : std::map(Timers())) {
+      const auto timer = Timers().find(number);
+      if (timer == Timers().end() || --timer->second.due > 0) continue;
+      timer->second.due = timer->second.milliseconds;
+      platform::Notify(timer->second.step);
     }
     HandleEvents();
   }
@@ -136,32 +159,23 @@ void Browser::Tick(const std::string& id, bool checked) {
 }
 
 void Control::Click() {
-  if (enabled) Tell(onClick);
-}
-
-std::shared_ptr<Control> Form::Add(const std::string& controlKind, const std::string& controlName) {
-  auto control = std::make_shared<Control>();
-  control->kind = controlKind;
-  control->name = controlName;
-  controls.push_back(control);
-  zOrder.push_back(control);
-  return control;
+  if (enabled) platform::Notify(onClick);
 }
 
 void Form::Resize(float width, float height) {
   clientWidth = width;
   clientHeight = height;
-  Tell(onResize);
+  platform::Notify(onResize);
 }
 
 void Form::Minimise() {
   minimised = true;
-  Tell(onResize);
+  platform::Notify(onResize);
 }
 
 void Form::Restore() {
   minimised = false;
-  Tell(onResize);
+  platform::Notify(onResize);
 }
 
 }  // namespace fake

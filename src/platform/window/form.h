@@ -55,8 +55,9 @@ class Form {
   /// the owner may destroy the form in it.
   void OnUnloaded(std::function<void()> handler);
 
- private:
   struct Impl;
+
+ private:
   std::shared_ptr<Impl> mImpl;
 };
 

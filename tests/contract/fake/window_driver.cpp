@@ -29,7 +29,7 @@ fake::Form& FormNamed(const std::string& name) {
 }
 
 fake::Control& ControlNamed(const std::string& form, const std::string& name) {
-  for (const auto& control : FormNamed(form).controls) {
+  for (const auto& control : FormNamed(form).Controls()) {
     if (control->name == name) return *control;
   }
   throw std::out_of_range("no control " + name);
@@ -38,7 +38,7 @@ fake::Control& ControlNamed(const std::string& form, const std::string& name) {
 /// The fake remembers where a browser went and leaves to the test what is there.
 void LoadPages() {
   for (const auto& form : fake::TheWorld().loadedForms) {
-    for (const auto& control : form->controls) {
+    for (const auto& control : form->Controls()) {
       auto& browser = control->browser;
       if (loaded[&browser] == browser.shown.size()) continue;
       loaded[&browser] = browser.shown.size();
@@ -84,10 +84,10 @@ Pixels PlaceOf(const std::string& form, const std::string& control) {
   const auto pixels = [](double twips) {
     return static_cast<int>(std::lround(twips / platform::TwipsPerPixelX()));
   };
-  const int left = pixels(placed.left), right = pixels(placed.left + placed.width);
-  const int top = pixels(placed.top), bottom = pixels(placed.top + placed.height);
-  return {window.rightToLeft ? pixels(window.clientWidth) - right : left, top, right - left,
-          bottom - top};
+  const platform::PixelBounds place = platform::RoundedEdges(placed.Where(), pixels);
+  const int left =
+      window.rightToLeft ? pixels(window.clientWidth) - place.left - place.width : place.left;
+  return {left, place.top, place.width, place.height};
 }
 
 void Press(const std::string& form, const std::string& button) {

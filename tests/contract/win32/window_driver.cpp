@@ -12,10 +12,10 @@
 
 #include "core/attempt.h"
 #include "core/text.h"
+#include "platform/shared/window/event_queue.h"
 #include "platform/win32/automation.h"
 #include "platform/win32/wide_text.h"
 #include "platform/win32/window/browser_control.h"
-#include "platform/win32/window/event_queue.h"
 #include "platform/win32/window/page_elements.h"
 #include "platform/win32/window/window_name.h"
 #include "platform/window/form.h"

@@ -28,14 +28,14 @@ class Layout : public testing::Test {
         form.AddControl("CommandButton", "cmdInstall", 1215, 495),
         form.AddControl("Label", "lblStatus", 3000, 400),
     };
-    for (const auto& control : fake::TheForm().controls) {
-      control->left = control->top = kUntouched;
+    for (const auto& control : fake::TheForm().Controls()) {
+      control->Move({kUntouched, kUntouched, control->Where().width, control->Where().height});
       mPlaced[control->name] = control;
     }
     PlaceControls(controls, width, height, pixelX, pixelY);
   }
 
-  const fake::Control& At(const std::string& name) const { return *mPlaced.at(name); }
+  const platform::Place& At(const std::string& name) const { return mPlaced.at(name)->Where(); }
 
  private:
   std::map<std::string, std::shared_ptr<fake::Control>> mPlaced;
@@ -136,10 +136,8 @@ class WindowLayout : public WindowTest {
  protected:
   static int TimesPlaced() {
     int times = 0;
-    for (const auto& control : fake::TheForm().controls) {
-      for (const char* property : {"Left", "Top", "Width", "Height"}) {
-        times += control->timesSet[property];
-      }
+    for (const auto& control : fake::TheForm().Controls()) {
+      times += control->timesSet["Bounds"];
     }
     return times;
   }
@@ -148,16 +146,16 @@ class WindowLayout : public WindowTest {
 TEST_F(WindowLayout, IsDoneBeforeTheWindowIsSeen) {
   Start();
   const auto& form = fake::TheForm();
-  EXPECT_EQ(Button().left, form.clientWidth - 1215 - 90);
-  EXPECT_EQ(Button().top, form.clientHeight - 495 - 90);
+  EXPECT_EQ(Button().Where().left, form.clientWidth - 1215 - 90);
+  EXPECT_EQ(Button().Where().top, form.clientHeight - 495 - 90);
 }
 
 TEST_F(WindowLayout, FollowsTheWindowsSize) {
   Start();
   fake::TheForm().Resize(9000, 7000);
-  EXPECT_EQ(Button().left, 7695);
-  EXPECT_EQ(Button().top, 6415);
-  EXPECT_EQ(fake::ControlNamed("webOptions").height, 6355);
+  EXPECT_EQ(Button().Where().left, 7695);
+  EXPECT_EQ(Button().Where().top, 6415);
+  EXPECT_EQ(fake::ControlNamed("webOptions").Where().height, 6355);
 }
 
 TEST_F(WindowLayout, AsksForTheScreensPixelsEveryTime) {
@@ -165,8 +163,9 @@ TEST_F(WindowLayout, AsksForTheScreensPixelsEveryTime) {
   World().twipsPerPixelX = 12;
   World().twipsPerPixelY = 10;
   fake::TheForm().Resize(9000, 7000);
-  EXPECT_EQ(fake::ControlNamed("webOptions").left, fake::ControlNamed("picLogo").width - 24);
-  EXPECT_EQ(fake::ControlNamed("webOptions").top, -20);
+  EXPECT_EQ(fake::ControlNamed("webOptions").Where().left,
+            fake::ControlNamed("picLogo").Where().width - 24);
+  EXPECT_EQ(fake::ControlNamed("webOptions").Where().top, -20);
 }
 
 TEST_F(WindowLayout, PlacesNothingWhileMinimised) {
@@ -182,16 +181,16 @@ TEST_F(WindowLayout, IsTheSameAfterRestoring) {
   fake::TheForm().Resize(9000, 7000);
   fake::TheForm().Minimise();
   fake::TheForm().Restore();
-  EXPECT_EQ(Button().left, 7695);
-  EXPECT_EQ(Button().top, 6415);
-  EXPECT_EQ(fake::ControlNamed("webOptions").height, 6355);
-  EXPECT_EQ(fake::ControlNamed("picLogo").height, 6325);
+  EXPECT_EQ(Button().Where().left, 7695);
+  EXPECT_EQ(Button().Where().top, 6415);
+  EXPECT_EQ(fake::ControlNamed("webOptions").Where().height, 6355);
+  EXPECT_EQ(fake::ControlNamed("picLogo").Where().height, 6325);
 }
 
 TEST_F(WindowLayout, HidesAndShowsNoControl) {
   Start();
   fake::TheForm().Resize(9000, 100);
-  for (const auto& control : fake::TheForm().controls) {
+  for (const auto& control : fake::TheForm().Controls()) {
     EXPECT_EQ(control->timesSet["Enabled"], control->name == "cmdInstall" ? 1 : 0);
   }
 }

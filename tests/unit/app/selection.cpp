@@ -3,21 +3,11 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
-#include "tests/fake_platform/impl.h"
 #include "tests/unit/app/window_test.h"
 
 namespace {
 
-class SelectionStatus : public WindowTest {
- protected:
-  /// A timer goes off although what it caused before is still waiting.
-  static void GoOff() {
-    for (const auto& weak : std::vector(fake::Timers())) {
-      const auto timer = weak.lock();
-      if (timer && timer->enabled) timer->handler();
-    }
-  }
-};
+using SelectionStatus = WindowTest;
 
 TEST_F(SelectionStatus, AsksNothingBeforeThePageIsBuilt) {
   Start();
@@ -53,11 +43,11 @@ TEST_F(SelectionStatus, AsksNothingWhileThePageIsKnownToBeTheSame) {
 
 TEST_F(SelectionStatus, HasOneQuestionUnderWayAtATime) {
   ShowVoices(TwoVoices());
-  GoOff();
-  GoOff();
+  fake::GoOff();
+  fake::GoOff();
   EXPECT_EQ(Browser().timesRead, 1);
   fake::HandleEvents();
-  GoOff();
+  fake::GoOff();
   EXPECT_EQ(Browser().timesRead, 2);
   fake::HandleEvents();
 }

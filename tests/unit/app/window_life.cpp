@@ -55,9 +55,9 @@ TEST_F(Window, HasTheDesignedControls) {
   EXPECT_EQ(fake::ControlNamed("webOptions").kind, "WebBrowser");
   EXPECT_EQ(Button().kind, "CommandButton");
   EXPECT_EQ(Status().kind, "Label");
-  EXPECT_EQ(Button().width, 1215);
-  EXPECT_EQ(Button().height, 495);
-  EXPECT_LT(fake::ControlNamed("picLogo").width, fake::TheForm().clientWidth);
+  EXPECT_EQ(Button().Where().width, 1215);
+  EXPECT_EQ(Button().Where().height, 495);
+  EXPECT_LT(fake::ControlNamed("picLogo").Where().width, fake::TheForm().clientWidth);
 }
 
 TEST_F(Window, CallsTheButtonInstallWithoutATranslation) {

@@ -90,7 +90,7 @@ class FormTranslation : public unit::Localised {
     }
     Translate(items);
     std::set<std::string> kinds;
-    for (const auto& control : fake::TheForm().controls) {
+    for (const auto& control : fake::TheForm().Controls()) {
       if (control->timesSet[property] > 0) kinds.insert(control->kind);
     }
     return kinds;
@@ -441,7 +441,7 @@ TEST_F(FormTranslation, SkipsAnItemThatLacksAPropertyAndGoesOn) {
 }
 
 TEST_F(FormTranslation, GoesOnPastAControlThatHasGone) {
-  Add("Label", "gone")->alive = false;
+  Add("Label", "gone")->End();
   const auto image = Add("Image", "imgLogo");
   const auto label = Add("Label", "lblStatus");
   Translate(German("frmSelect.lblStatus.Caption", "Bereit"));

@@ -5,7 +5,7 @@
 
 #include <glib.h>
 
-#include "platform/linux/window/form_window.h"
+#include "platform/shared/window/form_impl.h"
 
 namespace platform {
 namespace {

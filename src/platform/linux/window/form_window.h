@@ -7,9 +7,6 @@
 
 namespace platform {
 
-/// How many forms are loaded, counting those whose end has not been told yet.
-int LoadedForms();
-
 /// The window of a form that can be seen; null when there is none.
 GtkWindow* VisibleFormWindow();
 

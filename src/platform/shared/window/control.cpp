@@ -11,10 +11,6 @@
 namespace platform {
 namespace {
 
-[[noreturn]] void Lacks(const Control::Impl& control, const std::string& property) {
-  throw std::logic_error("a " + control.kind + " has no " + property);
-}
-
 float CheckedSize(float twips) {
   // The comparison is written so that a number that is none is refused too.
   if (!(twips >= 0)) throw std::invalid_argument("a size cannot be negative");
@@ -32,11 +28,16 @@ Control::Impl& Living(const std::shared_ptr<Control::Impl>& control) {
 Control::Impl::Impl(std::string kind, std::string name)
     : kind(std::move(kind)), name(std::move(name)) {}
 
-std::string Control::Impl::Caption() const { Lacks(*this, "Caption"); }
-void Control::Impl::SetCaption(const std::string&) { Lacks(*this, "Caption"); }
-void Control::Impl::SetFont(const Font&) { Lacks(*this, "Font"); }
-void Control::Impl::SetRightToLeft(bool) { Lacks(*this, "RightToLeft"); }
-void Control::Impl::OnClick(std::function<void()>&&) { Lacks(*this, "Click"); }
+void Control::Impl::Lacks(const std::string& property) const {
+  throw std::logic_error("a " + kind + " has no " + property);
+}
+
+std::string Control::Impl::Caption() const { Lacks("Caption"); }
+void Control::Impl::SetCaption(const std::string&) { Lacks("Caption"); }
+void Control::Impl::SetFont(const Font&) { Lacks("Font"); }
+void Control::Impl::SetRightToLeft(bool) { Lacks("RightToLeft"); }
+void Control::Impl::OnClick(std::function<void()>&&) { Lacks("Click"); }
+std::vector<ContainerItem> Control::Impl::Items() const { Lacks("Items"); }
 
 void Control::Impl::Move(const Place& place) {
   CheckLives();
@@ -48,10 +49,7 @@ std::string Control::Kind() const { return Living(mImpl).kind; }
 
 std::string Control::Name() const { return Living(mImpl).name; }
 
-std::string Control::Tag() const {
-  Living(mImpl);
-  return {};
-}
+std::string Control::Tag() const { return Living(mImpl).Tag(); }
 
 std::string Control::Caption() const { return Living(mImpl).Caption(); }
 
@@ -103,7 +101,7 @@ void Control::SetHeight(float twips) {
 
 void Control::BringToFront() { Living(mImpl).BringToFront(); }
 
-std::vector<ContainerItem> Control::Items() const { Lacks(Living(mImpl), "Items"); }
+std::vector<ContainerItem> Control::Items() const { return Living(mImpl).Items(); }
 
 void Control::OnClick(std::function<void()> handler) { Living(mImpl).OnClick(std::move(handler)); }
 

@@ -7,6 +7,7 @@
 #include <functional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "platform/window/control.h"
 
@@ -32,6 +33,8 @@ struct Control::Impl {
   virtual void SetFont(const Font& font);
   virtual void SetRightToLeft(bool rightToLeft);
   virtual void OnClick(std::function<void()>&& handler);
+  virtual std::string Tag() const { return {}; }
+  virtual std::vector<ContainerItem> Items() const;
 
   // What the system keeps for every kind.
   virtual std::string ToolTipText() const = 0;
@@ -49,6 +52,9 @@ struct Control::Impl {
   void SetMover(std::function<void()> mover) { mMover = std::move(mover); }
   void Move(const Place& place);
   const Place& Where() const { return mPlace; }
+
+  /// Throws for a property that the control has not.
+  [[noreturn]] void Lacks(const std::string& property) const;
 
   const std::string kind;
   const std::string name;

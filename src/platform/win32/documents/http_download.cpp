@@ -16,9 +16,9 @@
 
 #include "core/attempt.h"
 #include "core/text.h"
+#include "platform/shared/window/event_queue.h"
 #include "platform/win32/documents/win_http.h"
 #include "platform/win32/wide_text.h"
-#include "platform/win32/window/event_queue.h"
 #include "platform/window/form.h"
 
 namespace platform {

@@ -5,6 +5,7 @@
 
 #include <windows.h>
 
+#include "platform/shared/window/form_impl.h"
 #include "platform/win32/window/form_window.h"
 
 namespace platform {

@@ -1,7 +1,7 @@
 // The window behind posted steps and timers.
 //
 // SPDX-License-Identifier: MIT
-#include "platform/win32/window/event_queue.h"
+#include "platform/shared/window/event_queue.h"
 
 #include <windows.h>
 

@@ -11,9 +11,6 @@ namespace platform {
 /// window of the same title.
 inline constexpr const wchar_t* kFormClass = L"VelorVoiceSetupForm";
 
-/// How many forms are loaded, counting those whose end has not been told yet.
-int LoadedForms();
-
 /// The window of a form that can be seen; null when there is none.
 HWND VisibleFormWindow();
 

@@ -7,9 +7,9 @@
 #include <cstdlib>
 
 #include "core/attempt.h"
+#include "platform/shared/window/event_queue.h"
 #include "platform/system/program.h"
 #include "platform/system/shell.h"
-#include "platform/win32/window/event_queue.h"
 #include "tests/contract/win32/window_handles.h"
 #include "tests/contract/window_case.h"
 

@@ -1,9 +1,9 @@
-// The timer, on the event window's.
+// The timer: when it runs.
 //
 // SPDX-License-Identifier: MIT
 #include <utility>
 
-#include "platform/win32/window/event_queue.h"
+#include "platform/shared/window/event_queue.h"
 #include "platform/window/form.h"
 
 namespace platform {
