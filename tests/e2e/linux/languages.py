@@ -100,14 +100,34 @@ class Languages(scenario.Scenario):
         program = self.see_page_in("en")
         self.see_prompt_and_end(program, "")
 
-    def test_without_the_list_of_languages_texts_are_their_keys(self):
-        (self.installation.folder / "Languages.xml").unlink()
-        program = self.see_page_in("sv")
-        self.assertEqual("frmSelect.Caption", accessible.name(program.window()))
+    def see_english_window_and_end(self, program):
+        self.assertEqual(scenario.TITLE, accessible.name(program.window()))
         self.assertEqual("Install", accessible.name(program.button()))
+        tips = [accessible.description(each).strip() for each in (program.button(), program.label())]
+        self.assertEqual(
+            ["Install the selected voices", "Number and total size of the selected voices"], tips
+        )
+        headings = map(accessible.name, accessible.find_all(program.page(), "heading"))
+        self.assertEqual(["Available Voices"], list(headings))
         self.tick(program, AGNES.shown)
         self.see_status(program, "1 voice, 75MB")
-        self.see_prompt_and_end(program, "Get more voices prompt")
+        self.close_with_prompt(program)
+
+    def test_a_language_that_no_list_names_is_english(self):
+        self.see_english_window_and_end(self.see_page_in("nn"))
+
+    def test_the_messages_of_a_language_that_no_list_names_are_english(self):
+        self.installation.choose_language("nn")
+        program = self.start()
+        self.see_message(program, scenario.FAILURE)
+        self.answer_message(program)
+        self.see_message(program, scenario.PROMPT)
+        self.answer_message(program)
+        self.see_end(program)
+
+    def test_without_the_list_of_languages_every_language_is_english(self):
+        (self.installation.folder / "Languages.xml").unlink()
+        self.see_english_window_and_end(self.see_page_in("sv"))
 
 
 if __name__ == "__main__":

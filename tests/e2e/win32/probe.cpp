@@ -16,6 +16,7 @@
 //
 // SPDX-License-Identifier: MIT
 #include <windows.h>
+#include <commctrl.h>
 
 #include <iostream>
 #include <mutex>

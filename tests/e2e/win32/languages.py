@@ -1,5 +1,6 @@
 #!/usr/bin/python3
-# The window in a language that is written from right to left. SPDX-License-Identifier: MIT
+# The window in a language that is written from right to left, and in one that no list names.
+# SPDX-License-Identifier: MIT
 import windows_scenario as scenario
 from catalogue import Voice, catalogue
 
@@ -8,7 +9,7 @@ PROMPT = "يمكنك الحصول على المزيد من الأصوات في �
 CONTROLS = ("picLogo", "webOptions", "lblStatus", "cmdInstall")
 
 
-class RightToLeft(scenario.Scenario):
+class Languages(scenario.Scenario):
     def start_in(self, language):
         self.choose_language(language)
         program = self.start()
@@ -40,6 +41,25 @@ class RightToLeft(scenario.Scenario):
         self.tick(AGNES.shown)
         self.see_status("1 صوت، 75MB")
         self.end(program, PROMPT)
+
+    def test_a_language_that_no_list_names_is_english(self):
+        # Without a server.
+        self.choose_language("nn")
+        program = self.start()
+        self.see_message(scenario.FAILURE)
+        self.answer_message()
+        self.see_message(scenario.PROMPT)
+        self.answer_message()
+        self.see_end(program)
+        self.serve(catalogue(AGNES))
+        program, form = self.start_in("nn")
+        self.assertEqual(scenario.TITLE, form.text)
+        self.assertEqual("&Install", form.control("cmdInstall").text)
+        headings = "Array.from(document.querySelectorAll('h2')).map(function (h) { return h.textContent; })"
+        self.assertEqual(["Available Voices"], self.page.evaluate(headings))
+        self.tick(AGNES.shown)
+        self.see_status("1 voice, 75MB")
+        self.close_with_prompt(program)
 
 
 if __name__ == "__main__":
