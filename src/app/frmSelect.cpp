@@ -4,6 +4,7 @@
 #include "app/frmSelect.h"
 
 #include <array>
+#include <chrono>
 #include <utility>
 
 #include "app/modDisplayHTMLInWebbrowser.h"
@@ -22,6 +23,7 @@
 #include "platform/documents/files.h"
 #include "platform/system/shell.h"
 #include "platform/window/dialogs.h"
+#include "platform/window/event_loop.h"
 
 using core::Attempt;
 using core::AttemptOr;
@@ -45,6 +47,8 @@ constexpr float kBrowserSize = 5415;
 
 constexpr int kCheckSelectedMilliseconds = 500;
 constexpr int kComplete = 4;
+/// How long unloading waits for the page's inputs that Install has requested.
+constexpr std::chrono::seconds kInputsLimit(2);
 
 void ShowText(const std::string& key) {
   Attempt(
@@ -204,11 +208,22 @@ void frmSelect::ShowSelection(const PageInputs& inputs) {
 void frmSelect::cmdInstall_Click() {
   if (mInstalling) return;
   mInstalling = true;
-  webOptions.ReadInputs([this](const PageInputs& inputs) { Install(inputs); });
+  mAwaitingInputs = true;
+  webOptions.ReadInputs([this](const PageInputs& inputs) {
+    mAwaitingInputs = false;
+    Install(inputs);
+  });
+}
+
+/// A window that is closed right after the click on Install still installs.
+void frmSelect::AwaitInputs() {
+  using Clock = std::chrono::steady_clock;
+  const auto deadline = Clock::now() + kInputsLimit;
+  while (mAwaitingInputs && Clock::now() < deadline) platform::ProcessPendingEvents();
 }
 
 void frmSelect::Install(const PageInputs& inputs) {
-  if (!mProductsDoc) return;  // the window was closed before the page answered
+  if (!mProductsDoc) return;  // unloading has waited long enough
   // Asking for elevated rights may handle events, and so end the window.
   const auto self = shared_from_this();
   Attempt([&] { SaveQueue(inputs); });
@@ -237,6 +252,7 @@ void frmSelect::Form_Resize() {
 /// brings up no page and no second message.
 void frmSelect::Form_Unload() {
   tmrCheckSelected.SetEnabled(false);
+  AwaitInputs();
   mProductsDoc.reset();
   mQueueDoc.reset();
   if (!mAnyVoiceInstalled && !mInstallerStarted) ShowText("Get more voices prompt");

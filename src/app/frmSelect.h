@@ -52,6 +52,7 @@ class frmSelect : public std::enable_shared_from_this<frmSelect> {
   void ShowSelection(const platform::PageInputs& inputs);
   void cmdInstall_Click();
   void Install(const platform::PageInputs& inputs);
+  void AwaitInputs();
   void SaveQueue(const platform::PageInputs& inputs);
 
   platform::Form mForm;
@@ -78,4 +79,6 @@ class frmSelect : public std::enable_shared_from_this<frmSelect> {
   // The page answers later, so a question can be under way when the next one is due.
   bool mAskingSelection = false;
   bool mInstalling = false;
+  /// Install has requested the page's inputs and has not got them yet.
+  bool mAwaitingInputs = false;
 };

@@ -49,7 +49,7 @@ def _nobody_left():
         return True
 
 
-def _children(process_id):
+def children(process_id):
     """Of the processes there are, those with this parent, as (number, name)."""
     for folder in pathlib.Path("/proc").glob("[0-9]*"):
         try:
@@ -196,7 +196,7 @@ class Scenario(ScenarioBase):
             if not program.ended:
                 program.process.kill()
                 program.process.wait()
-        for process_id, _ in list(_children(os.getpid())):
+        for process_id, _ in list(children(os.getpid())):
             os.kill(process_id, signal.SIGKILL)
         accessible.wait_for(_nobody_left, "the end of what a failed test left behind")
 
@@ -218,7 +218,7 @@ class Scenario(ScenarioBase):
             lines.append(program.log.read_text(encoding="utf-8", errors="replace"))
             if not program.ended:
                 lines += map(accessible.outline, accessible.windows(program.process.pid))
-        lines.append(f"processes of the test: {list(_children(os.getpid()))}")
+        lines.append(f"processes of the test: {list(children(os.getpid()))}")
         return "\n".join(lines)
 
     # -- seeing, each with a deadline, and doing

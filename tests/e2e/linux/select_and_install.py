@@ -1,6 +1,9 @@
 #!/usr/bin/python3
 # The main path: from the wait page over ticks and status line to the hand-over, and the ticks that
 # come back at the second start. SPDX-License-Identifier: MIT
+import os
+import signal
+
 import scenario
 from catalogue import Voice, catalogue
 from installation import NOTHING_INHERITED
@@ -75,6 +78,26 @@ class SelectAndInstall(scenario.Scenario):
         self.close_with_prompt(program)
         self.assertFalse(self.installation.queue.exists())
         self.assertEqual([], self.installation.installer.calls)
+
+    def test_closing_right_after_install_hands_over_too(self):
+        self.serve(CATALOGUE)
+        program = self.start_with_voices()
+        self.tick(program, AGNES.shown)
+        self.see_status(program, "1 voice, 75MB")
+        self.see(lambda: accessible.is_enabled(program.button()), "Install to be enabled")
+        button = program.button()
+        children = scenario.children(program.process.pid)
+        [engine] = [number for number, name in children if name.startswith("WebKitWeb")]
+        # The page cannot answer before the request to close has come.
+        os.kill(engine, signal.SIGSTOP)
+        try:
+            accessible.press(button)
+            self.ask_to_close(program)
+            # Some answers later the program has handled the request.
+            program.status()
+        finally:
+            os.kill(engine, signal.SIGCONT)
+        self.see_hand_over(program, b"<queue><item>7</item></queue>")
 
     def test_install_hands_over_what_is_ticked_in_the_order_of_the_page(self):
         self.serve(CATALOGUE)

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
+#include <utility>
 
 #include "tests/unit/app/window_test.h"
 
@@ -206,13 +207,29 @@ TEST_F(InstallButton, InstallsOnceWhenItIsPressedTwice) {
   EXPECT_FALSE(HasWindow());
 }
 
-TEST_F(InstallButton, InstallsNothingWhenTheWindowIsClosedBeforeThePageAnswers) {
+TEST_F(InstallButton, InstallsWhenTheWindowIsClosedBeforeThePageAnswers) {
   ShowVoices(TwoVoices());
   Tick("12");
   Wait();
   Button().Click();
-  // The page's answer comes while the prompt is shown.
-  World().whileMessageIsShown = [] { fake::HandleEvents(); };
+  CloseWindow();
+  EXPECT_EQ(Queue(), "<queue><item>12</item></queue>");
+  EXPECT_TRUE(World().HasFile(ProductsPath()));
+  EXPECT_EQ(World().elevatedRuns.size(), 1U);
+  EXPECT_THAT(World().messages, IsEmpty());
+  EXPECT_FALSE(HasWindow());
+}
+
+TEST_F(InstallButton, InstallsNothingWhenThePageAnswersOnlyAfterTheLimit) {
+  ShowVoices(TwoVoices());
+  Tick("12");
+  Wait();
+  Button().Click();
+  // The answer comes while the prompt is shown.
+  World().whileMessageIsShown = [answer = std::exchange(World().events, {})] {
+    World().events = answer;
+    fake::HandleEvents();
+  };
   CloseWindow();
   EXPECT_THAT(World().elevatedRuns, IsEmpty());
   EXPECT_FALSE(World().HasFile(QueuePath()));
