@@ -3,6 +3,7 @@
 //
 // SPDX-License-Identifier: MIT
 #include <algorithm>
+#include <cstddef>
 #include <string_view>
 
 #include "core/attempt.h"
@@ -10,6 +11,7 @@
 #include "i18n/modI18N2.h"
 #include "i18n/state.h"
 #include "paths/modPath.h"
+#include "platform/system/profile.h"
 #include "platform/system/system.h"
 #include "platform/window/event_loop.h"
 
@@ -36,8 +38,8 @@ void ReadConfiguredLanguages() {
   std::string second = modPath::ReadAppIni(kSection, "Language2", "");
   if (first.empty()) {
     const std::string config = modPath::GetParvixConfigPath();
-    first = modPath::ReadIniValue(config, kSection, "Language1");
-    second = modPath::ReadIniValue(config, kSection, "Language2");
+    first = ReadIniValue(config, kSection, "Language1");
+    second = ReadIniValue(config, kSection, "Language2");
     if (first.empty()) first = "en-gb";
   }
   state.configuredLanguages[0] = first;
@@ -95,6 +97,13 @@ std::string FollowCurrent(const std::string& id) {
 State& TheState() {
   static State state;
   return state;
+}
+
+std::string ReadIniValue(const std::string& file, const std::string& section,
+                         const std::string& key) {
+  constexpr std::size_t kBuffer = 255;
+  return AttemptOr(std::string(),
+                   [&] { return platform::ReadProfileString(file, section, key, "", kBuffer); });
 }
 
 void EnsureInitialised() {

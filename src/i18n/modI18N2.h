@@ -27,6 +27,10 @@ namespace modI18N2 {
 /// Language1, both from the "config.ini" of Parvix; "en-gb" when there is none either.
 void InitI18N(const std::string& languageFileName);
 
+/// A value of any ini file; empty when it is absent. At most 254 bytes.
+std::string ReadIniValue(const std::string& file, const std::string& section,
+                         const std::string& key);
+
 /// Loads "Languages.xml" and the language file from the program's folder and "Settings.xml" from
 /// the folder of Parvix. A document that is missing or malformed is done without.
 void Initialise();

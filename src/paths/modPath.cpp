@@ -32,7 +32,6 @@ constexpr std::string_view kCompanyFolder = "\\Velor Software";
 // What the reader is told of the caller's buffer: the longest value, and one more for its end.
 constexpr std::size_t kSettingsIniBuffer = 257;
 constexpr std::size_t kAppIniBuffer = 256;
-constexpr std::size_t kIniValueBuffer = 255;
 
 std::string ReadProfile(const std::string& file, const std::string& section, const std::string& key,
                         const std::string& fallback, std::size_t size) {
@@ -170,11 +169,6 @@ std::string ReadSettingsIni(const std::string& name, const std::string& section,
 std::string ReadAppIni(const std::string& section, const std::string& key,
                        const std::string& fallback) {
   return std::string(core::Trim(ReadProfile(OwnIniPath(), section, key, fallback, kAppIniBuffer)));
-}
-
-std::string ReadIniValue(const std::string& file, const std::string& section,
-                         const std::string& key) {
-  return ReadProfile(file, section, key, "", kIniValueBuffer);
 }
 
 }  // namespace modPath

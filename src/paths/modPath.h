@@ -61,8 +61,4 @@ std::string ReadSettingsIni(const std::string& name, const std::string& section,
 std::string ReadAppIni(const std::string& section, const std::string& key,
                        const std::string& fallback);
 
-/// A value of any ini file; empty when it is absent. At most 254 bytes.
-std::string ReadIniValue(const std::string& file, const std::string& section,
-                         const std::string& key);
-
 }  // namespace modPath

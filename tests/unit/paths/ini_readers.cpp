@@ -1,4 +1,4 @@
-// The three readers: which file, how long a value, what becomes of an empty one. How an ini file is
+// The two readers: which file, how long a value, what becomes of an empty one. How an ini file is
 // read at all is the platform's matter and tested there.
 //
 // SPDX-License-Identifier: MIT
@@ -8,7 +8,6 @@ namespace {
 
 using fake::TheWorld;
 using modPath::ReadAppIni;
-using modPath::ReadIniValue;
 using modPath::ReadSettingsIni;
 
 std::string Letters(std::size_t count) { return std::string(count, 'x'); }
@@ -143,52 +142,6 @@ TEST_F(AppIni, CutsAValueAfter255Bytes) {
 TEST_F(AppIni, TrimsWhatACutLeftAtTheEnd) {
   WriteOwnIni(IniWith(Letters(254) + " more"));
   EXPECT_EQ(Read(""), Letters(254));
-}
-
-class IniValue : public unit::FreshProgram {
- protected:
-  static std::string File() { return TheWorld().specialFolders.at(26) + "\\any.ini"; }
-  static void Write(std::string_view text) { TheWorld().WriteFile(File(), text); }
-  static std::string Read() { return ReadIniValue(File(), "S", "Key"); }
-};
-
-TEST_F(IniValue, IsReadFromTheFileThatIsGiven) {
-  Write(IniWith("found"));
-  EXPECT_EQ(Read(), "found");
-}
-
-TEST_F(IniValue, TakesSectionAndKeyWithoutRegardToCase) {
-  Write("[s]\nKEY=found\n");
-  EXPECT_EQ(Read(), "found");
-}
-
-TEST_F(IniValue, IsEmptyForAnAbsentKeyOrSection) {
-  Write("[S]\nOther=1\n[T]\nKey=1\n");
-  EXPECT_EQ(Read(), "");
-}
-
-TEST_F(IniValue, IsEmptyForAMissingFile) { EXPECT_EQ(Read(), ""); }
-
-TEST_F(IniValue, IsEmptyForAnEmptyValue) {
-  Write(IniWith(""));
-  EXPECT_EQ(Read(), "");
-}
-
-TEST_F(IniValue, IsNotTrimmed) {
-  Write(IniWith("\"  found  \""));
-  EXPECT_EQ(Read(), "  found  ");
-}
-
-TEST_F(IniValue, EndsAtANul) {
-  Write(IniWith(std::string("found\0lost", 10)));
-  EXPECT_EQ(Read(), "found");
-}
-
-TEST_F(IniValue, IsCutAfter254Bytes) {
-  Write(IniWith(Letters(254)));
-  EXPECT_EQ(Read(), Letters(254));
-  Write(IniWith(Letters(255)));
-  EXPECT_EQ(Read(), Letters(254));
 }
 
 }  // namespace
