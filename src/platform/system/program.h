@@ -26,7 +26,7 @@ std::string CommandLineArguments();
 bool IsPreviousInstanceRunning();
 
 /// Brings the top-level window with exactly this title to the foreground, without waiting for it.
-/// Throws when there is none.
+/// Throws when there is none, and for an empty title.
 void ActivateWindow(const std::string& title);
 
 }  // namespace platform

@@ -127,6 +127,7 @@ bool IsPreviousInstanceRunning() {
 }
 
 void ActivateWindow(const std::string& title) {
+  if (title.empty()) throw std::invalid_argument("many windows have no title");
   GdkDisplay* const connection = gdk_display_get_default();
   if (!connection || !GDK_IS_X11_DISPLAY(connection))
     throw std::runtime_error("windows can be activated on X11 only");

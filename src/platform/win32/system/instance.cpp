@@ -81,6 +81,7 @@ bool IsPreviousInstanceRunning() {
 }
 
 void ActivateWindow(const std::string& title) {
+  if (title.empty()) throw std::invalid_argument("many windows have no title");
   Search search{WideText(title)};
   EnumWindows(Compare, reinterpret_cast<LPARAM>(&search));
   const HWND window = search.ours ? search.ours : search.other;
