@@ -12,7 +12,8 @@ namespace platform {
 std::string SpecialFolder(int csidl);
 
 /// Starts a command line in a normal, activated window and does not wait for it. It is split by the
-/// Windows rules and never handed to a command interpreter. Throws when it cannot be started.
+/// Windows rules, without blanks and tabs before the program, and never handed to a command
+/// interpreter. Throws when it cannot be started.
 void RunCommandLine(const std::string& commandLine);
 
 /// Starts a program with elevated rights and does not wait for it: full path, so that a planted

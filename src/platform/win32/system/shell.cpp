@@ -53,6 +53,8 @@ std::string SpecialFolder(int csidl) {
 
 void RunCommandLine(const std::string& commandLine) {
   std::wstring line = WideText(commandLine);
+  // CreateProcess would read no program before a leading blank.
+  line.erase(0, line.find_first_not_of(L" \t"));
   STARTUPINFOW start = {};
   start.cb = sizeof start;
   start.dwFlags = STARTF_USESHOWWINDOW;
