@@ -1,5 +1,4 @@
-// The one place that says what happens to a failing step: it is skipped and the next one goes on.
-// Depends on the standard library only, since every module uses it.
+// What happens to a failing step: it is skipped, and the next one goes on. Standard library only.
 //
 // SPDX-License-Identifier: MIT
 #pragma once
@@ -12,12 +11,12 @@ namespace core {
 
 /// Runs one step of a behaviour; true when it ran to its end.
 ///
-/// Nobody is told of a failure: the program shows two messages, and a failing step is neither.
-/// What the step had changed before it failed stays changed. Only exceptions are stopped here, so
-/// what a step calls must throw rather than crash (`.at()`, nodes that throw when empty).
+/// A failure is reported to nobody. What the step changed before it failed stays changed. Only
+/// exceptions are caught, so what a step calls must throw rather than crash (`.at()`, nodes that
+/// throw when empty).
 ///
-///     Attempt([&] { voice.Size = MegabytesFromBytes(product.Child("size").Text()); });
-///     // no <size>, or not a number: Size keeps its value
+///     Attempt([&] { voice.Size = MegabytesFromBytes(text(kSize)); });
+///     // no size, or not a number: Size keeps its value
 template <std::invocable Step>
 bool Attempt(Step&& step) noexcept {
   try {

@@ -36,8 +36,8 @@ class XmlNode {
   std::optional<std::string> ChildText(const std::string& name) const;
 
   /// The node's text content: of an element, all text inside it joined, without the blanks, tabs
-  /// and line ends at both ends (what MSXML gives while white space is not preserved; XPath
-  /// comparisons see the text untrimmed).
+  /// and line ends at both ends, whether or not they come from a CDATA section or xml:space is
+  /// "preserve" (MSXML would keep these two). XPath comparisons see the text untrimmed.
   std::string Text() const;
 
   /// An attribute's value as it stands; absent when the element has no such attribute.

@@ -104,6 +104,11 @@ TEST_F(Xml, AnswersTextWithoutBlanksAtBothEnds) {
   EXPECT_EQ(Root("<r>\u00A0a\u00A0</r>").Text(), "\u00A0a\u00A0");
 }
 
+TEST_F(Xml, AnswersTextWithoutTheBlanksOfCdataAndOfPreservedSpace) {
+  EXPECT_EQ(Root("<r> <![CDATA[ a ]]>\n</r>").Text(), "a");
+  EXPECT_EQ(Root("<r xml:space='preserve'> a </r>").Text(), "a");
+}
+
 TEST_F(Xml, JoinsAllTextInside) {
   EXPECT_EQ(Root("<r>a<b>b<!-- no --><c>c</c></b><?no no?><![CDATA[<d>]]>&lt;&#101;</r>").Text(),
             "abc<d><e");

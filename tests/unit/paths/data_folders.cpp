@@ -96,7 +96,8 @@ TEST_F(DataFolders, ArePortableWhenTheIniSaysFalse) {
 }
 
 TEST_F(DataFolders, AreInstalledWhenTheIniSaysNeither) {
-  for (const char* value : {"yes", "no", "", "0x", "0 0", "+-0", "#false#", "\" False \"", "."}) {
+  for (const char* value :
+       {"yes", "no", "", "0x", "&H0", "1e-400", "0 0", "+-0", "#false#", "\" False \"", "."}) {
     SCOPED_TRACE(value);
     EXPECT_FALSE(PortableWhenRunAsInstalledIs(value));
   }

@@ -1,5 +1,5 @@
-// Wine's registry files, read in one pass. Pure text: the standard library only. What the keys mean
-// is windows_installer.cpp's.
+// The syntax of Wine's registry files, read in one pass. Standard library only. The visitor decides
+// what the keys mean.
 //
 //     WINE REGISTRY Version 2
 //     ;; All keys relative to \\Machine

@@ -75,8 +75,9 @@ BrowserControl::BrowserControl(HWND form, const std::string& name)
   SetWindow(CreateWindowExW(WS_EX_NOINHERITLAYOUT, kHostClass, L"",
                             WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_CLIPCHILDREN | WS_CLIPSIBLINGS,
                             0, 0, 0, 0, form, nullptr, description.hInstance, nullptr));
-  SetWindowLongPtrW(Window(), GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   ShowControl();
+  // Last, so that no message reaches an object whose construction has failed.
+  SetWindowLongPtrW(Window(), GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
 }
 
 BrowserControl::~BrowserControl() { CloseControl(); }
