@@ -61,9 +61,9 @@ std::string DataPathLevel(const std::string& argument, const std::string& key,
   return trimmed.empty() ? fromVersionInformation : std::string(trimmed);
 }
 
-/// "True" and "False" in any letter case, "#TRUE#" and "#FALSE#", and decimal numbers, where anything
-/// but zero is true. Throws for any other text. VarBoolFromStr accepts these and more, such as "&H0"
-/// and numbers too small or too large for a double.
+/// "True" and "False" in any letter case, "#TRUE#" and "#FALSE#", and decimal numbers, where
+/// anything but zero is true. Throws for any other text. VarBoolFromStr accepts these and more,
+/// such as "&H0" and numbers too small or too large for a double.
 bool BooleanFromText(const std::string& text) {
   const std::string upper = core::UpperCase(text);
   if (upper == "TRUE" || text == "#TRUE#") return true;

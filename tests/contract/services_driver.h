@@ -31,6 +31,10 @@ bool IsFolder(const std::string& path);
 /// How many files and folders a folder holds.
 std::size_t CountIn(const std::string& folder);
 
+/// Makes a program, in a folder that is made too, which writes its arguments, a line each, into
+/// "<program>.log". Not in the fake.
+void MakeRecorder(const std::string& path);
+
 /// Serves one answer over https, for as long as the case lasts; its address.
 std::string Serve(int status, const std::string& body);
 /// An https address at which nobody answers.

@@ -227,6 +227,13 @@ std::size_t CountIn(const std::string& folder) {
   return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
 }
 
+void MakeRecorder(const std::string& path) {
+  WriteProgram(Native(path), R"(#!/bin/sh
+for argument; do printf '%s\n' "$argument"; done >"$0.new"
+mv "$0.new" "$0.log"
+)");
+}
+
 std::string Serve(int status, const std::string& body) {
   HttpServer& server = TheServer();
   return server.Address("/status/" + std::to_string(status) + "?file=" + server.AddFile(body));

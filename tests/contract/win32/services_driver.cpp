@@ -127,6 +127,12 @@ std::size_t CountIn(const std::string& folder) {
   return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
 }
 
+void MakeRecorder(const std::string& path) {
+  const std::filesystem::path program = Native(path);
+  std::filesystem::create_directories(program.parent_path());
+  std::filesystem::copy_file(Native(roles::ProgramFile()), program);
+}
+
 std::string Serve(int status, const std::string& body) {
   static int files = 0;
   const std::string name = std::to_string(++files);

@@ -5,7 +5,9 @@
 #include "tests/contract/win32/services_roles.h"
 
 #include <windows.h>
+#include <shellapi.h>
 
+#include <filesystem>
 #include <vector>
 
 #include "core/attempt.h"
@@ -14,6 +16,7 @@
 #include "platform/documents/xml_document.h"
 #include "platform/system/program.h"
 #include "platform/win32/wide_text.h"
+#include "tests/support/temporary_folder.h"
 
 namespace roles {
 namespace {
@@ -60,9 +63,25 @@ void AskWhoIsFirst(const std::string& folder) {
   Sleep(INFINITE);
 }
 
+void RecordArguments() {
+  int count = 0;
+  wchar_t** const arguments = CommandLineToArgvW(GetCommandLineW(), &count);
+  std::string lines;
+  for (int i = 1; i < count; ++i) lines += platform::Utf8Text(arguments[i]) + '\n';
+  LocalFree(arguments);
+  const std::filesystem::path program = WideText(ProgramFile());
+  // Renamed, so that a reader finds whole lines or nothing.
+  support::WriteBytes(program.native() + L".new", lines);
+  std::filesystem::rename(program.native() + L".new", program.native() + L".log");
+}
+
 }  // namespace
 
 std::optional<int> Play() {
+  if (platform::ProgramName() == "recorder") {
+    RecordArguments();
+    return 0;
+  }
   const std::vector<std::string> role = core::Split(RoleGiven(), kBetween);
   if (role.front() == kSaving) SaveInTurns(role.at(1));
   if (role.front() == kSetting) {

@@ -9,7 +9,9 @@
 
 namespace roles {
 
-/// Plays the role that the environment names and answers how the process ends; absent without one.
+/// Plays the role that the environment or the name "recorder.exe" gives, and answers how the
+/// process ends; absent without one. A recorder writes its arguments, a line each, into
+/// "<program>.log".
 std::optional<int> Play();
 
 /// While it lives, programs that this one starts play a role.

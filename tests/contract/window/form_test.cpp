@@ -4,6 +4,7 @@
 // SPDX-License-Identifier: MIT
 #include <stdexcept>
 
+#include "platform/system/program.h"
 #include "tests/contract/window_case.h"
 
 namespace {
@@ -19,6 +20,13 @@ TEST_F(Form, AnswersItsNameAndCaption) {
   EXPECT_EQ(form->Caption(), "");
   form->SetCaption("Välj röster");
   EXPECT_EQ(form->Caption(), "Välj röster");
+}
+
+TEST_F(Form, ActivatesNoWindowWithoutATitle) {
+  const auto form = NewForm();
+  form->SetCaption("");
+  ShowAndSee(*form);
+  EXPECT_ANY_THROW(platform::ActivateWindow(""));
 }
 
 TEST_F(Form, HasTheClientSizeThatItWasMadeWith) {

@@ -16,7 +16,6 @@
 //
 // SPDX-License-Identifier: MIT
 #include <windows.h>
-#include <commctrl.h>
 
 #include <iostream>
 #include <mutex>
@@ -31,7 +30,8 @@
 #include "platform/win32/window/window_name.h"
 #include "tests/e2e/win32/encoded.h"
 
-// Behind the header that it needs.
+// Behind the header that they need.
+#include <commctrl.h>
 #include <oleacc.h>
 
 namespace {
