@@ -46,7 +46,6 @@ constexpr float kStatusWidth = 6900;
 constexpr float kBrowserSize = 5415;
 
 constexpr int kCheckSelectedMilliseconds = 500;
-constexpr int kComplete = 4;
 /// How long unloading waits for the page's inputs that Install has requested.
 constexpr std::chrono::seconds kInputsLimit(2);
 
@@ -133,7 +132,7 @@ void frmSelect::StartLoadingQueue() {
 }
 
 void frmSelect::mProductsDoc_onreadystatechange() {
-  if (mProductsDoc->ReadyState() != kComplete) return;
+  if (!mProductsDoc->IsComplete()) return;
   if (mProductsDoc->ParseErrorCode() != 0) {
     ReportFailedCatalogue();
     return;
@@ -143,7 +142,7 @@ void frmSelect::mProductsDoc_onreadystatechange() {
 }
 
 void frmSelect::mQueueDoc_onreadystatechange() {
-  if (mQueueDoc->ReadyState() != kComplete) return;
+  if (!mQueueDoc->IsComplete()) return;
   if (mQueueDoc->ParseErrorCode() != 0) mQueueDoc.reset();
   mQueueLoaded = true;
   CheckDocumentsLoaded();

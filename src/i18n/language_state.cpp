@@ -25,7 +25,6 @@ using platform::XmlNode;
 namespace {
 
 constexpr const char* kSection = "I18N";
-constexpr int kComplete = 4;
 constexpr std::uint32_t kCalledTooEarly = 0x80040AF1;
 /// LOCALE_USER_DEFAULT: a designator, not a locale of its own.
 constexpr std::int32_t kUserDefaultLocale = 1024;
@@ -58,7 +57,7 @@ std::int16_t ReadLanguageIndex() {
 std::unique_ptr<XmlDocument> StartLoading(const std::string& path) {
   auto document = std::make_unique<XmlDocument>();
   document->Load(path);
-  while (document->ReadyState() < kComplete) PumpEvents();
+  while (!document->IsComplete()) PumpEvents();
   return document;
 }
 

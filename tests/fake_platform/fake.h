@@ -144,7 +144,7 @@ struct Form final : platform::Form::Impl {
   bool mHasWindow = true;
 };
 
-/// A load that waits for its outcome.
+/// A download that waits for its outcome.
 struct PendingLoad {
   std::string address;
   std::function<void(std::optional<std::string> bytes)> finish;
@@ -194,8 +194,10 @@ struct World {
   float twipsPerPixelX = 15;
   float twipsPerPixelY = 15;
 
-  // Loads from addresses wait until the test finishes them; files finish when events are handled.
+  // Downloads wait until the test finishes them; files are read at once.
   std::vector<std::shared_ptr<PendingLoad>> pendingLoads;
+  /// Paths of documents that cannot be read.
+  std::set<std::string> unreadable;
   std::deque<std::function<void()>> events;
 
   World();

@@ -6,10 +6,9 @@
 #include <stdexcept>
 #include <utility>
 
-#include "core/attempt.h"
-#include "core/text.h"
 #include "platform/documents/files.h"
-#include "platform/documents/xml_document.h"
+#include "platform/shared/documents/document_files.h"
+#include "platform/shared/documents/http_download.h"
 #include "platform/system/program.h"
 #include "platform/system/shell.h"
 #include "platform/system/system.h"
@@ -18,68 +17,32 @@
 
 namespace platform {
 
-struct XmlDocument::Impl {
-  std::function<void()> handler;
-  std::string source;
-  bool holdsAnything = false;
-  XmlNode node;
-  int readyState = 4;
-  int parseErrorCode = 0;
-
-  void Take(const std::optional<std::string>& bytes) {
-    node = XmlNode();
-    holdsAnything = core::Attempt([&] { node = ParseXml(bytes.value()); });
-    source = holdsAnything ? *bytes : "";
-    parseErrorCode = holdsAnything ? 0 : 1;
-    readyState = 4;
-  }
+struct HttpDownload::Impl {
+  std::shared_ptr<fake::PendingLoad> load;
 };
 
-XmlDocument::XmlDocument() : mImpl(std::make_shared<Impl>()) {}
-XmlDocument::~XmlDocument() { mImpl->handler = nullptr; }
-
-void XmlDocument::OnReadyStateChange(std::function<void()> handler) {
-  mImpl->handler = std::move(handler);
+HttpDownload::HttpDownload(const std::string& address, DownloadRules, Answer answer)
+    : mImpl(std::make_shared<Impl>(
+          std::make_shared<fake::PendingLoad>(fake::PendingLoad{address, std::move(answer)}))) {
+  fake::TheWorld().journal.push_back("Load " + address);
+  fake::TheWorld().pendingLoads.push_back(mImpl->load);
 }
 
-void XmlDocument::Load(const std::string& addressOrPath) {
-  mImpl->readyState = 1;
-  auto load = std::make_shared<fake::PendingLoad>();
-  load->address = addressOrPath;
-  load->finish = [weak = std::weak_ptr(mImpl)](std::optional<std::string> bytes) {
-    const auto document = weak.lock();
-    if (!document) return;
-    document->Take(bytes);
-    if (const auto handler = document->handler) handler();
-  };
-  auto& world = fake::TheWorld();
-  world.journal.push_back("Load " + addressOrPath);
-  world.pendingLoads.push_back(load);
-  if (addressOrPath.find("://") != std::string::npos) return;
-  world.events.push_back([load] {
-    auto& loads = fake::TheWorld().pendingLoads;
-    if (std::erase(loads, load) == 0) return;  // the test finished it before
-    const auto& files = fake::TheWorld();
-    load->finish(FileExists(load->address) ? std::optional(files.ReadFile(load->address))
-                                           : std::nullopt);
-  });
+HttpDownload::~HttpDownload() { std::erase(fake::TheWorld().pendingLoads, mImpl->load); }
+
+std::string ReadDocument(const std::string& path, std::size_t) {
+  const auto& world = fake::TheWorld();
+  fake::TheWorld().journal.push_back("Load " + path);
+  if (!FileExists(path) || world.unreadable.contains(path)) throw std::runtime_error("no " + path);
+  return world.ReadFile(path);
 }
 
-void XmlDocument::LoadXml(std::string text) { mImpl->Take(std::move(text)); }
-int XmlDocument::ReadyState() const { return mImpl->readyState; }
-int XmlDocument::ParseErrorCode() const { return mImpl->parseErrorCode; }
-XmlNode XmlDocument::DocumentNode() const { return mImpl->node; }
-XmlNode XmlDocument::DocumentElement() const {
-  return mImpl->node ? mImpl->node.SelectSingleNode("*") : XmlNode();
-}
-
-void XmlDocument::Save(const std::string& path) const {
-  if (!mImpl->holdsAnything) throw std::logic_error("the document holds nothing");
+void ReplaceDocument(const std::string& path, std::string_view bytes) {
   auto& world = fake::TheWorld();
   world.journal.push_back("Save " + path);
   const auto folder = path.substr(0, path.rfind('\\'));
   if (!world.HasFile(folder)) throw std::runtime_error("there is no folder " + folder);
-  world.WriteFile(path, mImpl->source);
+  world.WriteFile(path, bytes);
 }
 
 std::string ProgramFolder() { return fake::TheWorld().programFolder; }

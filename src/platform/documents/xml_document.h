@@ -20,9 +20,8 @@ class XmlDocument {
   XmlDocument(const XmlDocument&) = delete;
   XmlDocument& operator=(const XmlDocument&) = delete;
 
-  /// Told exactly once for each Load, from the event loop, never from inside Load, when ReadyState
-  /// is 4. (A download ends later; a file, and an address that is refused, may be complete when
-  /// Load returns. Whoever waits need not know which.)
+  /// Called exactly once for each Load, from the event loop, never from inside Load, when the
+  /// document is complete.
   void OnReadyStateChange(std::function<void()> handler);
 
   /// Starts loading an https address or a file (a path as the core writes it). Every failure, of
@@ -34,8 +33,8 @@ class XmlDocument {
   /// is not well-formed leaves the document empty, with ParseErrorCode set.
   void LoadXml(std::string text);
 
-  /// 4 when no load is under way (also for a fresh document), less while one is.
-  int ReadyState() const;
+  /// False while a load is under way.
+  bool IsComplete() const;
 
   /// 0 after a load that succeeded and for a fresh document, anything else after a failed one.
   int ParseErrorCode() const;

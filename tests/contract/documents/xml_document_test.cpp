@@ -27,7 +27,7 @@ class XmlDocuments : public ServiceCase {
 
   static void ExpectHoldsNothing(const XmlDocument& document) {
     EXPECT_NE(document.ParseErrorCode(), 0);
-    EXPECT_EQ(document.ReadyState(), 4);
+    EXPECT_TRUE(document.IsComplete());
     EXPECT_FALSE(document.DocumentNode());
     EXPECT_FALSE(document.DocumentElement());
     EXPECT_ANY_THROW(document.Save(In("saved.xml")));
@@ -43,7 +43,7 @@ class XmlDocuments : public ServiceCase {
 
 TEST_F(XmlDocuments, AreCompleteAndEmptyWhenFresh) {
   const XmlDocument document;
-  EXPECT_EQ(document.ReadyState(), 4);
+  EXPECT_TRUE(document.IsComplete());
   EXPECT_EQ(document.ParseErrorCode(), 0);
   EXPECT_FALSE(document.DocumentNode());
   EXPECT_FALSE(document.DocumentElement());
@@ -54,7 +54,7 @@ TEST_F(XmlDocuments, LoadAFile) {
   peer::WriteFile(In("queue.xml"), kCatalogue);
   XmlDocument document;
   LoadAndWait(document, In("queue.xml"));
-  EXPECT_EQ(document.ReadyState(), 4);
+  EXPECT_TRUE(document.IsComplete());
   EXPECT_EQ(document.ParseErrorCode(), 0);
   EXPECT_EQ(document.DocumentElement().SelectSingleNode("a").Text(), "text");
   EXPECT_EQ(document.DocumentNode().SelectSingleNode("r/a").Text(), "text");
@@ -70,26 +70,26 @@ TEST_F(XmlDocuments, LoadAnAddress) {
 TEST_F(XmlDocuments, AreNotCompleteWhileAnAddressLoads) {
   XmlDocument document;
   document.Load(peer::Serve(200, kCatalogue));
-  EXPECT_LT(document.ReadyState(), 4);
+  EXPECT_FALSE(document.IsComplete());
   EXPECT_FALSE(document.DocumentElement());
-  EXPECT_TRUE(peer::RunUntil([&] { return document.ReadyState() == 4; }));
+  EXPECT_TRUE(peer::RunUntil([&] { return document.IsComplete(); }));
 }
 
 TEST_F(XmlDocuments, TellExactlyOnce) {
   peer::WriteFile(In("queue.xml"), kCatalogue);
   for (const std::string& what : {In("queue.xml"), peer::Serve(200, kCatalogue)}) {
     int told = 0;
-    int stateWhenTold = 0;
+    bool completeWhenTold = false;
     XmlDocument document;
     document.OnReadyStateChange([&] {
       ++told;
-      stateWhenTold = document.ReadyState();
+      completeWhenTold = document.IsComplete();
     });
     document.Load(what);
     ASSERT_TRUE(peer::RunUntil([&] { return told > 0; }));
     Settle();
     EXPECT_EQ(told, 1);
-    EXPECT_EQ(stateWhenTold, 4);
+    EXPECT_TRUE(completeWhenTold);
   }
 }
 
@@ -155,7 +155,7 @@ TEST_F(XmlDocuments, TakeAText) {
   XmlDocument document;
   document.OnReadyStateChange([&] { told = true; });
   document.LoadXml("<queue><item>12</item></queue>");
-  EXPECT_EQ(document.ReadyState(), 4);
+  EXPECT_TRUE(document.IsComplete());
   EXPECT_EQ(document.ParseErrorCode(), 0);
   EXPECT_EQ(document.DocumentElement().Text(), "12");
   document.OnReadyStateChange(nullptr);
@@ -278,7 +278,7 @@ TEST_F(XmlDocuments, LoadTwoAtATime) {
   XmlDocument two;
   one.Load(peer::Serve(200, "<r>one</r>"));
   two.Load(peer::Serve(200, "<r>two</r>"));
-  ASSERT_TRUE(peer::RunUntil([&] { return one.ReadyState() == 4 && two.ReadyState() == 4; }));
+  ASSERT_TRUE(peer::RunUntil([&] { return one.IsComplete() && two.IsComplete(); }));
   EXPECT_EQ(one.DocumentElement().Text(), "one");
   EXPECT_EQ(two.DocumentElement().Text(), "two");
 }

@@ -163,8 +163,8 @@ TEST_F(Window, IgnoresAMalformedQueueThatArrivesLast) {
 
 TEST_F(Window, IgnoresAQueueThatCannotBeRead) {
   WriteQueue("<queue><item>40</item></queue>");
+  World().unreadable = {QueuePath()};
   modMain::Main();
-  fake::FailLoad(QueuePath());
   CatalogueArrives(TwoVoices());
   EXPECT_THAT(Page(), Not(HasSubstr("checked")));
   EXPECT_THAT(World().messages, IsEmpty());

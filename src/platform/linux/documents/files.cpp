@@ -1,4 +1,4 @@
-// The file services of platform/documents/files.h, and the files of documents.
+// The file services of platform/documents/files.h.
 //
 // SPDX-License-Identifier: MIT
 #include "platform/documents/files.h"
@@ -15,7 +15,6 @@
 #include "platform/linux/documents/file_access.h"
 #include "platform/linux/documents/native_path.h"
 #include "platform/linux/g_ref.h"
-#include "platform/shared/documents/document_files.h"
 
 namespace platform {
 namespace {
@@ -57,16 +56,6 @@ void CreateFolder(const std::string& path) {
 void WriteUtf16File(const std::string& path, const std::string& text) {
   constexpr int kOnlyForItsOwner = 0600;
   ReplaceFile(NativePath(path), MarkedUtf16(text), kOnlyForItsOwner);
-}
-
-std::string ReadDocument(const std::string& path, std::size_t limit) {
-  return ReadRegularFile(NativePath(path), limit);
-}
-
-void ReplaceDocument(const std::string& path, std::string_view bytes) {
-  // As a new file usually has it; the umask makes it narrower.
-  constexpr int kOrdinaryFile = 0666;
-  ReplaceFile(NativePath(path), bytes, kOrdinaryFile);
 }
 
 }  // namespace platform

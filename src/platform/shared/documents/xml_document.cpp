@@ -18,8 +18,6 @@
 namespace platform {
 namespace {
 
-constexpr int kIncomplete = 1;
-constexpr int kComplete = 4;
 // MSXML's code for every failed load.
 constexpr int kFailed = static_cast<int>(0x80004005);
 // The same as for a download: what one may bring, a file may hold.
@@ -44,19 +42,18 @@ std::optional<std::string> FileBytes(const std::string& path) {
 struct XmlDocument::Impl : std::enable_shared_from_this<Impl> {
   void Clear();
   void Load(const std::string& addressOrPath);
-  void Take(std::optional<std::string> text);
-  void TellLater();
-  void Tell();
+  void SetContent(std::optional<std::string> text);
+  void Complete(std::optional<std::string> text);
 
   std::function<void()> handler;
   std::string bytes;
   bool holdsAnything = false;
   XmlNode document;
-  int readyState = kComplete;
   int errorCode = 0;
+  bool isComplete = true;
+  /// Loads so far, begun or given up: by it a posted completion knows that it is still awaited.
+  int loads = 0;
   std::unique_ptr<HttpDownload> download;
-  /// The posted telling; let go of, it is not done.
-  std::shared_ptr<Impl*> telling;
 };
 
 XmlDocument::XmlDocument() : mImpl(std::make_shared<Impl>()) {}
@@ -74,10 +71,10 @@ void XmlDocument::Load(const std::string& addressOrPath) { mImpl->Load(addressOr
 
 void XmlDocument::LoadXml(std::string text) {
   mImpl->Clear();
-  mImpl->Take(std::move(text));
+  mImpl->SetContent(std::move(text));
 }
 
-int XmlDocument::ReadyState() const { return mImpl->readyState; }
+bool XmlDocument::IsComplete() const { return mImpl->isComplete; }
 
 int XmlDocument::ParseErrorCode() const { return mImpl->errorCode; }
 
@@ -92,38 +89,34 @@ void XmlDocument::Save(const std::string& path) const {
   ReplaceDocument(path, mImpl->bytes);
 }
 
-// Also gives up a load under way, of which nothing is told then.
+// Also gives up a load under way, of which nothing is reported then.
 void XmlDocument::Impl::Clear() {
+  ++loads;
   download.reset();
-  telling.reset();
   bytes.clear();
   holdsAnything = false;
   document = XmlNode();
-  readyState = kComplete;
+  isComplete = true;
   errorCode = 0;
 }
 
 void XmlDocument::Impl::Load(const std::string& addressOrPath) {
   Clear();
-  if (!IsAddress(addressOrPath)) {
-    Take(FileBytes(addressOrPath));
-    TellLater();
-  } else if (!IsHttpsAddress(addressOrPath)) {
-    Take(std::nullopt);
-    TellLater();
-  } else {
-    readyState = kIncomplete;
-    download = std::make_unique<HttpDownload>(addressOrPath, DownloadRules{},
-                                              [this](std::optional<std::string> body) {
-                                                Take(std::move(body));
-                                                download.reset();
-                                                Tell();
-                                              });
+  isComplete = false;
+  if (IsHttpsAddress(addressOrPath)) {
+    download = std::make_unique<HttpDownload>(
+        addressOrPath, DownloadRules{},
+        [this](std::optional<std::string> body) { Complete(std::move(body)); });
+    return;
   }
+  PostTo(weak_from_this(), [load = loads, text = IsAddress(addressOrPath)
+                                                     ? std::nullopt
+                                                     : FileBytes(addressOrPath)](Impl& document) {
+    if (document.loads == load) document.Complete(text);
+  });
 }
 
-void XmlDocument::Impl::Take(std::optional<std::string> text) {
-  readyState = kComplete;
+void XmlDocument::Impl::SetContent(std::optional<std::string> text) {
   errorCode = kFailed;
   core::Attempt([&] {
     document = ParseXml(text.value());
@@ -133,21 +126,12 @@ void XmlDocument::Impl::Take(std::optional<std::string> text) {
   });
 }
 
-void XmlDocument::Impl::TellLater() {
-  telling = std::make_shared<Impl*>(this);
-  Post([posted = std::weak_ptr(telling)] {
-    const auto self = posted.lock();
-    if (!self) return;
-    (*self)->telling.reset();
-    (*self)->Tell();
-  });
-}
-
-// The handler may destroy the document, and with it the handler itself.
-void XmlDocument::Impl::Tell() {
-  const std::shared_ptr<Impl> kept = shared_from_this();
-  const std::function<void()> told = handler;
-  if (told) core::Attempt(told);
+void XmlDocument::Impl::Complete(std::optional<std::string> text) {
+  const auto kept = shared_from_this();  // the handler may destroy the document
+  SetContent(std::move(text));
+  isComplete = true;
+  download.reset();
+  Notify(handler);
 }
 
 }  // namespace platform

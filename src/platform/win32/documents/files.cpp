@@ -1,4 +1,4 @@
-// The file services of platform/documents/files.h, and the files of documents.
+// The file services of platform/documents/files.h.
 //
 // SPDX-License-Identifier: MIT
 #include "platform/documents/files.h"
@@ -9,7 +9,6 @@
 #include <string_view>
 
 #include "core/attempt.h"
-#include "platform/shared/documents/document_files.h"
 #include "platform/win32/documents/file_access.h"
 #include "platform/win32/wide_text.h"
 
@@ -30,14 +29,6 @@ void WriteUtf16File(const std::string& path, const std::string& text) {
   std::wstring wide = CheckedWideText(text);
   wide.insert(wide.begin(), L'\xFEFF');
   ReplaceWholeFile(SystemPath(path), {reinterpret_cast<const char*>(wide.data()), wide.size() * 2});
-}
-
-std::string ReadDocument(const std::string& path, std::size_t limit) {
-  return ReadRegularFile(SystemPath(path), limit);
-}
-
-void ReplaceDocument(const std::string& path, std::string_view bytes) {
-  ReplaceWholeFile(SystemPath(path), bytes);
 }
 
 }  // namespace platform

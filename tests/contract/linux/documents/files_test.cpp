@@ -49,7 +49,7 @@ TEST_F(FilesOnLinux, AreNotHeldUpByAPipe) {
   EXPECT_EQ(platform::ReadProfileString(In("pipe"), "S", "k", "absent", 256), "absent");
   platform::XmlDocument document;
   document.Load(In("pipe"));
-  EXPECT_TRUE(peer::RunUntil([&] { return document.ReadyState() == 4; }));
+  EXPECT_TRUE(peer::RunUntil([&] { return document.IsComplete(); }));
   EXPECT_NE(document.ParseErrorCode(), 0);
 }
 
@@ -62,7 +62,7 @@ TEST_F(FilesOnLinux, AreNoDocumentsWhereTheyAreSomethingElse) {
   for (const char* name : {"empty", "bytes", "folder", "circle", "device"}) {
     platform::XmlDocument document;
     document.Load(In(name));
-    EXPECT_TRUE(peer::RunUntil([&] { return document.ReadyState() == 4; })) << name;
+    EXPECT_TRUE(peer::RunUntil([&] { return document.IsComplete(); })) << name;
     EXPECT_NE(document.ParseErrorCode(), 0) << name;
   }
 }
@@ -71,7 +71,7 @@ TEST_F(FilesOnLinux, AreLoadedAndSavedInAnotherLetterCase) {
   peer::WriteFile(In("Queue.xml"), "<queue/>");
   platform::XmlDocument document;
   document.Load(In("QUEUE.XML"));
-  EXPECT_TRUE(peer::RunUntil([&] { return document.ReadyState() == 4; }));
+  EXPECT_TRUE(peer::RunUntil([&] { return document.IsComplete(); }));
   EXPECT_EQ(document.ParseErrorCode(), 0);
   document.Save(In("queue.xml"));
   EXPECT_EQ(peer::CountIn(peer::Folder()), 1u);

@@ -229,14 +229,14 @@ TEST_F(Download, TakesABodyThatTheConnectionsEndCompletes) {
 TEST_F(Download, IsNoDocumentWhenACompressedBodyEndsEarly) {
   platform::XmlDocument document;
   document.Load(On("/gzip-cut?file=" + File("<r>" + std::string(100, 'x') + "</r>")));
-  ASSERT_TRUE(peer::RunUntil([&] { return document.ReadyState() == 4; }));
+  ASSERT_TRUE(peer::RunUntil([&] { return document.IsComplete(); }));
   EXPECT_NE(document.ParseErrorCode(), 0);
 }
 
 TEST_F(Download, IsNoDocumentWhenItWasCutThoughWellFormed) {
   platform::XmlDocument document;
   document.Load(On("/cut?file=" + File("<r/>")));
-  ASSERT_TRUE(peer::RunUntil([&] { return document.ReadyState() == 4; }));
+  ASSERT_TRUE(peer::RunUntil([&] { return document.IsComplete(); }));
   EXPECT_NE(document.ParseErrorCode(), 0);
   EXPECT_FALSE(document.DocumentNode());
 }
