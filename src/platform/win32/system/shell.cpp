@@ -14,7 +14,6 @@
 #include "platform/win32/com.h"
 #include "platform/win32/handle.h"
 #include "platform/win32/wide_text.h"
-#include "platform/win32/window/form_window.h"
 
 namespace platform {
 namespace {
@@ -81,9 +80,6 @@ void RunElevated(const std::string& file, const std::string& workingFolder) {
   // No window of the shell's about a failure; and done before the call returns, since the program
   // may end right after it.
   execute.fMask = SEE_MASK_FLAG_NO_UI | SEE_MASK_NOASYNC;
-  // With the window in front the question for consent comes to the front; without one it would only
-  // blink in the task bar when another program has become active meanwhile.
-  execute.hwnd = VisibleFormWindow();
   execute.lpVerb = L"runas";
   execute.lpFile = program.c_str();
   execute.lpDirectory = folder.c_str();

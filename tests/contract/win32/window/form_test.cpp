@@ -3,13 +3,19 @@
 //
 // SPDX-License-Identifier: MIT
 #include <windows.h>
+#include <commctrl.h>
+#include <shellapi.h>
 
+#include <algorithm>
 #include <cstdlib>
+#include <stdexcept>
+#include <utility>
 
 #include "core/attempt.h"
 #include "platform/shared/window/event_queue.h"
 #include "platform/system/program.h"
 #include "platform/system/shell.h"
+#include "platform/win32/system_library.h"
 #include "tests/contract/win32/window_handles.h"
 #include "tests/contract/window_case.h"
 
@@ -113,10 +119,79 @@ TEST_F(SystemWindow, GivesTheFocusBackWhenItIsActiveAgain) {
   EXPECT_TRUE(WaitForFocus("second"));
 }
 
-int LetterHeight(HWND window) {
+LOGFONTW FontOf(HWND window) {
   LOGFONTW font = {};
   GetObjectW(reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0)), sizeof font, &font);
-  return std::abs(font.lfHeight);
+  return font;
+}
+
+int LetterHeight(HWND window) { return std::abs(FontOf(window).lfHeight); }
+
+TEST_F(SystemWindow, WritesInTheFaceAndCharacterSetThatAreSet) {
+  const LOGFONTW usual = FontOf(Button("label"));
+  for (const char* name : {"label", "second"}) {
+    auto& control = std::string(name) == "label" ? label : second;
+    control.SetFont({"Tahoma", RUSSIAN_CHARSET});
+    EXPECT_STREQ(FontOf(Button(name)).lfFaceName, L"Tahoma") << name;
+    EXPECT_EQ(FontOf(Button(name)).lfCharSet, RUSSIAN_CHARSET) << name;
+    control.SetFont({"Courier New", ANSI_CHARSET});
+    EXPECT_STREQ(FontOf(Button(name)).lfFaceName, L"Courier New") << name;
+    EXPECT_EQ(FontOf(Button(name)).lfCharSet, ANSI_CHARSET) << name;
+    control.SetFont({"No Such Face", RUSSIAN_CHARSET});
+    EXPECT_STREQ(FontOf(Button(name)).lfFaceName, usual.lfFaceName) << name;
+  }
+}
+
+DWORD StyleOf(const std::string& control, int which) {
+  return static_cast<DWORD>(GetWindowLongPtrW(WindowOf("form", control), which));
+}
+
+TEST_F(SystemWindow, WritesInTheDirectionThatIsSet) {
+  const auto isRightToLeft = [](const char* name) {
+    return (StyleOf(name, GWL_EXSTYLE) & WS_EX_RTLREADING) != 0;
+  };
+  for (const bool rightToLeft : {true, false, true}) {
+    label.SetRightToLeft(rightToLeft);
+    second.SetRightToLeft(rightToLeft);
+    EXPECT_EQ(isRightToLeft("label"), rightToLeft);
+    EXPECT_EQ(isRightToLeft("second"), rightToLeft);
+    EXPECT_EQ(StyleOf("label", GWL_STYLE) & SS_TYPEMASK,
+              rightToLeft ? DWORD{SS_RIGHT} : DWORD{SS_LEFT});
+  }
+}
+
+BOOL CALLBACK CompareToolTips(HWND window, LPARAM found) {
+  wchar_t name[32] = L"";
+  GetClassNameW(window, name, 32);
+  if (std::wstring(name) != TOOLTIPS_CLASSW || GetWindow(window, GW_OWNER) != WindowOf("form")) {
+    return TRUE;
+  }
+  *reinterpret_cast<HWND*>(found) = window;
+  return FALSE;
+}
+
+/// As the system's own window for tool tips has it.
+std::wstring ToolTipOf(const std::string& control) {
+  HWND toolTips = nullptr;
+  EnumThreadWindows(GetCurrentThreadId(), CompareToolTips, reinterpret_cast<LPARAM>(&toolTips));
+  wchar_t text[256] = L"";
+  TOOLINFOW tool = {};
+  tool.cbSize = sizeof tool;
+  tool.hwnd = WindowOf("form");
+  tool.uId = reinterpret_cast<UINT_PTR>(WindowOf("form", control));
+  tool.lpszText = text;
+  SendMessageW(toolTips, TTM_GETTEXTW, 256, reinterpret_cast<LPARAM>(&tool));
+  return text;
+}
+
+TEST_F(SystemWindow, GivesToolTipsToTheSystem) {
+  second.SetToolTipText("Installs & closes");
+  label.SetToolTipText("\u062d\u062c\u0645");
+  EXPECT_EQ(ToolTipOf("first"), L"");
+  EXPECT_EQ(ToolTipOf("second"), L"Installs & closes");
+  EXPECT_EQ(ToolTipOf("label"), L"\u062d\u062c\u0645");
+  second.SetToolTipText("");
+  EXPECT_EQ(ToolTipOf("second"), L"");
 }
 
 TEST_F(SystemWindow, WritesALongCaptionSmallerAndNeverSoSmallThatItIsHardToRead) {
@@ -230,6 +305,66 @@ DWORD SecondInstance() {
 TEST_F(SystemWindow, IsTheOnlyInstancesOfItsProgramFile) {
   ASSERT_FALSE(platform::IsPreviousInstanceRunning());
   EXPECT_EQ(SecondInstance(), 0u);
+}
+
+/// Where this program keeps the address of a function of a library.
+void*& ImportOf(void* function) {
+  auto* const base = reinterpret_cast<char*>(GetModuleHandleW(nullptr));
+  const auto& dos = *reinterpret_cast<IMAGE_DOS_HEADER*>(base);
+  const auto& image = *reinterpret_cast<IMAGE_NT_HEADERS*>(base + dos.e_lfanew);
+  const auto& table = image.OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IAT];
+  auto** const first = reinterpret_cast<void**>(base + table.VirtualAddress);
+  auto** const end = first + table.Size / sizeof *first;
+  auto** const found = std::find(first, end, function);
+  if (found == end) throw std::out_of_range("the function is not imported");
+  DWORD before = 0;
+  VirtualProtect(found, sizeof *found, PAGE_READWRITE, &before);
+  return *found;
+}
+
+/// Replaces an import while it exists.
+class Replaced {
+ public:
+  Replaced(void* function, void* replacement)
+      : mImport(ImportOf(function)), mFunction(std::exchange(mImport, replacement)) {}
+  ~Replaced() { mImport = mFunction; }
+  Replaced(const Replaced&) = delete;
+  Replaced& operator=(const Replaced&) = delete;
+
+ private:
+  void*& mImport;
+  void* mFunction;
+};
+
+struct Launch {
+  HWND owner = nullptr;
+  std::wstring verb, file, parameters, folder;
+  int show = -1;
+};
+Launch launch;
+
+BOOL WINAPI RecordLaunch(SHELLEXECUTEINFOW* execute) {
+  const auto text = [](const wchar_t* given) { return std::wstring(given ? given : L""); };
+  launch = {execute->hwnd,
+            text(execute->lpVerb),
+            text(execute->lpFile),
+            text(execute->lpParameters),
+            text(execute->lpDirectory),
+            execute->nShow};
+  return TRUE;
+}
+
+TEST_F(SystemWindow, ElevatesAProgramInANormalWindowWithoutAnOwner) {
+  ShowAndSee(*form);
+  void* const function = platform::FindSystemFunction(L"shell32.dll", "ShellExecuteExW");
+  const Replaced recorded(function, reinterpret_cast<void*>(RecordLaunch));
+  platform::RunElevated("C:\\Folder\\Installer.exe", "C:\\Folder");
+  EXPECT_EQ(launch.owner, nullptr);
+  EXPECT_EQ(launch.verb, L"runas");
+  EXPECT_EQ(launch.file, L"C:\\Folder\\Installer.exe");
+  EXPECT_EQ(launch.parameters, L"");
+  EXPECT_EQ(launch.folder, L"C:\\Folder");
+  EXPECT_EQ(launch.show, SW_SHOWNORMAL);
 }
 
 class Navigation : public WindowCase {
