@@ -33,8 +33,8 @@ VARIANT* Argument(DISPPARAMS& parameters, UINT fromTheEnd) {
   return fromTheEnd < parameters.cArgs ? &parameters.rgvarg[fromTheEnd] : nullptr;
 }
 
-void Cancel(VARIANT* cancel) {
-  if (cancel && cancel->vt == (VT_BYREF | VT_BOOL)) *cancel->pboolVal = VARIANT_TRUE;
+void SetCancel(VARIANT* cancel, VARIANT_BOOL value) {
+  if (cancel && cancel->vt == (VT_BYREF | VT_BOOL)) *cancel->pboolVal = value;
 }
 
 std::string TextOf(VARIANT* argument) {
@@ -176,20 +176,24 @@ HRESULT BrowserSite::Invoke(DISPID member, REFIID, LCID, WORD, DISPPARAMS* param
 
 HRESULT BrowserSite::Told(DISPID event, DISPPARAMS& parameters) {
   switch (event) {
-    case DISPID_BEFORENAVIGATE2:
-      if (!mOwner || mOwner->IsRefused(TextOf(Argument(parameters, 5)))) {
-        Cancel(Argument(parameters, 0));
+    case DISPID_BEFORENAVIGATE2: {
+      // Cancelled first: an address that cannot be read is refused.
+      VARIANT* const cancel = Argument(parameters, 0);
+      SetCancel(cancel, VARIANT_TRUE);
+      if (mOwner && !mOwner->IsRefused(TextOf(Argument(parameters, 5)))) {
+        SetCancel(cancel, VARIANT_FALSE);
       }
       return S_OK;
+    }
     case DISPID_NEWWINDOW2:
-      Cancel(Argument(parameters, 0));
+      SetCancel(Argument(parameters, 0), VARIANT_TRUE);
       return S_OK;
     case DISPID_NEWWINDOW3:
-      Cancel(Argument(parameters, 3));
+      SetCancel(Argument(parameters, 3), VARIANT_TRUE);
       return S_OK;
     case DISPID_FILEDOWNLOAD:
       // Told of pages as well, which the control shows itself.
-      if (!IsTrue(Argument(parameters, 1))) Cancel(Argument(parameters, 0));
+      if (!IsTrue(Argument(parameters, 1))) SetCancel(Argument(parameters, 0), VARIANT_TRUE);
       return S_OK;
     case DISPID_DOCUMENTCOMPLETE:
       if (mOwner) mOwner->PageShown();

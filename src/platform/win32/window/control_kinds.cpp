@@ -44,6 +44,7 @@ class TextControl : public NativeControl {
     ChangeStyle(GWL_EXSTYLE, WS_EX_RTLREADING, rightToLeft ? WS_EX_RTLREADING : 0);
   }
   void DpiChanged() override { UseFont(); }
+  void LooksChanged() override { UseFont(); }
 
  protected:
   virtual FontHandle FittingFont() const { return MakeFont(mFont, DpiOf(Window())); }

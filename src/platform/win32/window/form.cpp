@@ -241,7 +241,7 @@ void NativeForm::MoveToDpi(int newDpi, const RECT& place) {
 }
 
 void NativeForm::SystemLooksChanged() {
-  for (NativeControl& control : Natives()) control.DpiChanged();
+  for (NativeControl& control : Natives()) control.LooksChanged();
   RedrawWindow(mWindow, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 

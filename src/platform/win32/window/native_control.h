@@ -36,8 +36,10 @@ class NativeControl : public Control::Impl {
   virtual void FormActivated(bool) {}
   /// A control that draws itself has to.
   virtual void Draw(const DRAWITEMSTRUCT&) {}
-  /// The form's window is on a screen of another density, or the system's fonts changed.
+  /// The form's window is on a screen of another density.
   virtual void DpiChanged() {}
+  /// The system's fonts or colours changed.
+  virtual void LooksChanged() {}
   /// The control shall take the keyboard.
   virtual void TakeFocus(FocusFrom from);
   virtual bool TakesFocus() const;

@@ -83,18 +83,6 @@ HRESULT Tried(const auto& step) { return core::Attempt(step) ? S_OK : E_FAIL; }
 
 }  // namespace
 
-void* PageControl::FindMore(REFIID interfaceId) {
-  if (IsEqualIID(interfaceId, IID_IDispatch) || IsEqualIID(interfaceId, __uuidof(IWebBrowser)) ||
-      IsEqualIID(interfaceId, __uuidof(IWebBrowserApp)) ||
-      IsEqualIID(interfaceId, __uuidof(IWebBrowser2))) {
-    return static_cast<IWebBrowser2*>(this);
-  }
-  if (IsEqualIID(interfaceId, __uuidof(IOleWindow))) {
-    return static_cast<IOleInPlaceObject*>(this);
-  }
-  return nullptr;
-}
-
 // Navigation
 
 HRESULT PageControl::Navigate2(VARIANT* address, VARIANT*, VARIANT*, VARIANT*, VARIANT*) {
@@ -122,17 +110,6 @@ HRESULT PageControl::ExecWB(OLECMDID command, OLECMDEXECOPT, VARIANT* argument, 
 }
 
 // Life in the program's window
-
-HRESULT PageControl::SetClientSite(IOleClientSite* site) {
-  mSite = ComPtr<IOleClientSite>::Share(site);
-  return S_OK;
-}
-
-HRESULT PageControl::GetClientSite(IOleClientSite** site) {
-  *site = mSite ? mSite.Get() : nullptr;
-  if (*site) (*site)->AddRef();
-  return S_OK;
-}
 
 HRESULT PageControl::DoVerb(LONG verb, LPMSG message, IOleClientSite*, LONG, HWND parent,
                             LPCRECT place) {
@@ -319,14 +296,7 @@ void PageControl::Told(const Fields& event) {
 
 bool PageControl::IsCancelled(const std::string& address) {
   const Bstr text(address);
-  VARIANT_BOOL cancelled = VARIANT_FALSE;
-  VARIANT url = Text(text), flags = Empty(), frame = Empty(), data = Empty(), headers = Empty();
-  // Last one first.
-  VARIANT arguments[] = {
-      ByReference(cancelled), ByReference(headers), ByReference(data), ByReference(frame),
-      ByReference(flags),     ByReference(url),     Object(this)};
-  Fire(DISPID_BEFORENAVIGATE2, arguments, 7);
-  return cancelled != VARIANT_FALSE;
+  return BasicControl::IsCancelled(Text(text));
 }
 
 /// Told twice, the second time without the address; each listener has its own favourite.
@@ -349,32 +319,6 @@ void PageControl::FireAddress(DISPID event, const std::string& address) {
   VARIANT url = Text(text);
   VARIANT arguments[] = {ByReference(url), Object(this)};
   Fire(event, arguments, 2);
-}
-
-void PageControl::Fire(DISPID event, VARIANT* arguments, UINT count) {
-  if (!mListener) return;
-  const auto listener = mListener;
-  DISPPARAMS parameters = {arguments, nullptr, count, 0};
-  listener->Invoke(event, IID_NULL, LOCALE_INVARIANT, DISPATCH_METHOD, &parameters, nullptr,
-                   nullptr, nullptr);
-}
-
-HRESULT PageControl::FindConnectionPoint(REFIID events, IConnectionPoint** point) {
-  *point = nullptr;
-  if (!IsEqualIID(events, __uuidof(DWebBrowserEvents2))) return CONNECT_E_NOCONNECTION;
-  *point = this;
-  static_cast<IConnectionPoint*>(this)->AddRef();
-  return S_OK;
-}
-
-HRESULT PageControl::Advise(IUnknown* listener, DWORD* cookie) {
-  *cookie = 1;
-  return Tried([&] { Check(listener->QueryInterface(IID_IDispatch, mListener.OutVoid())); });
-}
-
-HRESULT PageControl::Unadvise(DWORD) {
-  mListener = {};
-  return S_OK;
 }
 
 }  // namespace page
