@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
@@ -25,6 +26,8 @@ namespace platform {
 namespace {
 
 constexpr std::size_t kBufferSize = std::size_t{64} << 10;
+// WINHTTP_AUTOLOGON_SECURITY_LEVEL_PROXY_ONLY, which older headers and systems lack.
+constexpr DWORD kLogonToProxyOnly = 3;
 // Newest first: a system takes the whole set or refuses it. Windows 7 would offer nothing newer
 // than TLS 1.0 by itself.
 constexpr std::array<DWORD, 2> kProtocolSets = {
@@ -83,9 +86,17 @@ void SetUserProxy(HINTERNET session, HINTERNET request, const std::wstring& addr
     options.dwAutoDetectFlags =
         script ? 0 : WINHTTP_AUTO_DETECT_TYPE_DHCP | WINHTTP_AUTO_DETECT_TYPE_DNS_A;
     options.lpszAutoConfigUrl = script.get();
-    options.fAutoLogonIfChallenged = TRUE;
     WINHTTP_PROXY_INFO found = {};
-    if (TheWinHttp().proxyForUrl(session, address.c_str(), &options, &found)) {
+    const auto find = [&] {
+      return TheWinHttp().proxyForUrl(session, address.c_str(), &options, &found) != FALSE;
+    };
+    bool isFound = find();
+    if (!isFound && GetLastError() == ERROR_WINHTTP_LOGIN_FAILURE) {
+      // Only now: with the logon the system keeps no script in its cache.
+      options.fAutoLogonIfChallenged = TRUE;
+      isFound = find();
+    }
+    if (isFound) {
       foundProxy.reset(found.lpszProxy);
       foundBypass.reset(found.lpszProxyBypass);
       chosen = found;
@@ -98,46 +109,62 @@ void SetUserProxy(HINTERNET session, HINTERNET request, const std::wstring& addr
 
 }  // namespace
 
-/// What WinHTTP's threads see: where data goes, and whom to tell. It lives until WinHTTP has told
-/// the end of the request, whoever else has gone by then.
+/// What WinHTTP's threads see: where data goes, and whom to notify. It exists until WinHTTP has
+/// notified of the end of the request, whoever else is destroyed by then.
 struct DownloadChannel {
   std::weak_ptr<void> download;
-  std::function<void(DWORD status, DWORD count, const std::wstring& address)> tell;
+  std::function<void(DWORD status, DWORD count, const std::wstring& address)> notify;
   std::array<char, kBufferSize> buffer;
+  /// Of the operation under way, how many of two are missing: its call's return and its callback.
+  std::atomic<int> missing = 0;
+  // What the callback said.
+  DWORD status = 0;
+  DWORD count = 0;
 };
 
 namespace {
 
 using Channel = std::shared_ptr<DownloadChannel>;
 
-/// From any thread.
-void PostTold(const Channel& channel, DWORD status, DWORD count, const std::wstring& address) {
-  Post([channel, status, count, address] {
-    // The object that `tell` speaks to may have gone.
-    if (const auto alive = channel->download.lock()) channel->tell(status, count, address);
-  });
-}
-
-/// What WinHTTP is to be asked; whether it took the question.
-struct Question {
-  Channel channel;
-  std::function<bool()> ask;
+/// Shared by the download and by the thread that is inside a call: WinHTTP allows no handle to be
+/// closed meanwhile.
+struct Request {
+  // In the order of creation: the last one is closed first.
+  InternetHandle session;
+  InternetHandle connection;
+  InternetHandle handle;
 };
 
-void CALLBACK AskNow(PTP_CALLBACK_INSTANCE, void* data) {
-  const std::unique_ptr<Question> question(static_cast<Question*>(data));
-  core::Attempt([&] {
-    if (question->ask()) return;
-    PostTold(question->channel, WINHTTP_CALLBACK_STATUS_REQUEST_ERROR, 0, {});
+/// From any thread.
+void PostNotification(const Channel& channel, DWORD status, DWORD count,
+                      const std::wstring& address) {
+  Post([channel, status, count, address] {
+    // The object that `notify` calls may be destroyed.
+    if (const auto alive = channel->download.lock()) channel->notify(status, count, address);
   });
 }
 
-/// Not on the caller's thread: Wine waits inside the call for a chunk that has not come yet, and
-/// the window would not answer meanwhile. A request that is closed by then refuses the question.
-void AskElsewhere(Channel channel, std::function<bool()> ask) {
-  auto question = std::make_unique<Question>(Question{std::move(channel), std::move(ask)});
-  CheckHttp(TrySubmitThreadpoolCallback(AskNow, question.get(), nullptr) != FALSE);
-  static_cast<void>(question.release());  // freed when it is asked
+/// The call has returned, or its callback has come. The second of the two completes the operation:
+/// WinHTTP allows no other one before.
+void CompleteHalf(const Channel& channel) {
+  if (--channel->missing == 0) PostNotification(channel, channel->status, channel->count, {});
+}
+
+struct Operation {
+  Channel channel;
+  std::weak_ptr<Request> request;
+  std::function<BOOL(HINTERNET)> call;
+};
+
+void CALLBACK RunOperation(PTP_CALLBACK_INSTANCE, void* data) {
+  const std::unique_ptr<Operation> operation(static_cast<Operation*>(data));
+  core::Attempt([&] {
+    const auto request = operation->request.lock();
+    if (!request) return;  // given up
+    if (operation->call(request->handle.get())) return CompleteHalf(operation->channel);
+    // No callback comes for a call that failed.
+    PostNotification(operation->channel, WINHTTP_CALLBACK_STATUS_REQUEST_ERROR, 0, {});
+  });
 }
 
 }  // namespace
@@ -147,16 +174,20 @@ struct HttpDownload::Impl : std::enable_shared_from_this<Impl> {
 
   void Start(const std::wstring& address);
   void GiveUp();
-  void Told(DWORD status, DWORD count, const std::wstring& address);
+  void Notified(DWORD status, DWORD count, const std::wstring& address);
   void Fail() { Finish(std::nullopt); }
 
  private:
   void OpenSession();
   void OpenRequest(const Address& address);
   void SetOptions();
+  void SetOption(DWORD option, DWORD value) const;
+  void Listen();
+  void Begin(std::function<BOOL(HINTERNET)> call);
   void Send();
   void Receive();
-  void CheckAnswer();
+  bool LogOnToProxy();
+  void TakeHeaders();
   DWORD NumberHeader(DWORD header) const;
   void AskForData();
   void Read(DWORD count);
@@ -170,37 +201,49 @@ struct HttpDownload::Impl : std::enable_shared_from_this<Impl> {
   const DownloadRules mRules;
   Answer mAnswer;
   bool mSystemProxy = true;
+  bool mLogonToProxyOnly = false;
+  bool mLoggedOn = false;
   std::string mBody;
   std::optional<unsigned long> mLength;
   std::chrono::steady_clock::time_point mLastWord;
   std::unique_ptr<Timer> mIdle;
   std::unique_ptr<Timer> mTotal;
   Channel mChannel;
-  // In the order of making: the last one is closed first.
-  InternetHandle mSession;
-  InternetHandle mConnection;
-  InternetHandle mRequest;
+  DWORD_PTR mContext = 0;
+  std::shared_ptr<Request> mRequest = std::make_shared<Request>();
 };
 
 namespace {
 
 /// Called on any thread.
-void CALLBACK Tell(HINTERNET, DWORD_PTR context, DWORD status, void* information, DWORD length) {
+void CALLBACK HandleCallback(HINTERNET, DWORD_PTR context, DWORD status, void* information,
+                             DWORD length) {
   if (context == 0) return;
   auto* const kept = reinterpret_cast<Channel*>(context);
-  if (status == WINHTTP_CALLBACK_STATUS_HANDLE_CLOSING) {
-    delete kept;
-    return;
+  switch (status) {
+    case WINHTTP_CALLBACK_STATUS_HANDLE_CLOSING:
+      delete kept;
+      return;
+    case WINHTTP_CALLBACK_STATUS_DATA_AVAILABLE:
+      length = *static_cast<const DWORD*>(information);
+      [[fallthrough]];
+    case WINHTTP_CALLBACK_STATUS_SENDREQUEST_COMPLETE:
+    case WINHTTP_CALLBACK_STATUS_HEADERS_AVAILABLE:
+    case WINHTTP_CALLBACK_STATUS_READ_COMPLETE:
+    case WINHTTP_CALLBACK_STATUS_REQUEST_ERROR:
+      core::Attempt([&] {
+        (*kept)->status = status;
+        (*kept)->count = length;
+        CompleteHalf(*kept);
+      });
+      return;
+    default:
+      core::Attempt([&] {
+        const bool redirects = status == WINHTTP_CALLBACK_STATUS_REDIRECT;
+        PostNotification(*kept, status, 0,
+                         redirects ? static_cast<const wchar_t*>(information) : L"");
+      });
   }
-  core::Attempt([&] {
-    const bool available = status == WINHTTP_CALLBACK_STATUS_DATA_AVAILABLE;
-    const DWORD count = available ? *static_cast<const DWORD*>(information) : length;
-    std::wstring address;
-    if (status == WINHTTP_CALLBACK_STATUS_REDIRECT) {
-      address = static_cast<const wchar_t*>(information);
-    }
-    PostTold(*kept, status, count, address);
-  });
 }
 
 }  // namespace
@@ -209,73 +252,104 @@ void HttpDownload::Impl::Start(const std::wstring& address) {
   OpenSession();
   OpenRequest(AddressFrom(address));
   SetOptions();
-  if (!mSystemProxy) SetUserProxy(mSession.get(), mRequest.get(), address);
+  if (!mSystemProxy) SetUserProxy(mRequest->session.get(), mRequest->handle.get(), address);
   mLastWord = std::chrono::steady_clock::now();
   WatchSilence(mRules.idleLimit);
   mTotal = After(mRules.totalLimit, [this] { Fail(); });
+  Listen();
   Send();
 }
 
 void HttpDownload::Impl::OpenSession() {
   const WinHttp& http = TheWinHttp();
+  InternetHandle& session = mRequest->session;
   const auto open = [&](DWORD access) {
-    return InternetHandle(http.open(L"VelorVoiceSetup", access, WINHTTP_NO_PROXY_NAME,
-                                    WINHTTP_NO_PROXY_BYPASS, WINHTTP_FLAG_ASYNC));
+    session.reset(http.open(L"VelorVoiceSetup", access, WINHTTP_NO_PROXY_NAME,
+                            WINHTTP_NO_PROXY_BYPASS, WINHTTP_FLAG_ASYNC));
+    return session != nullptr;
   };
-  mSession = open(WINHTTP_ACCESS_TYPE_AUTOMATIC_PROXY);
-  mSystemProxy = mSession != nullptr;
-  if (!mSession) mSession = open(WINHTTP_ACCESS_TYPE_DEFAULT_PROXY);
-  CheckHttp(mSession != nullptr);
+  mSystemProxy = open(WINHTTP_ACCESS_TYPE_AUTOMATIC_PROXY);
+  CheckHttp(mSystemProxy || open(WINHTTP_ACCESS_TYPE_DEFAULT_PROXY));
   for (DWORD protocols : kProtocolSets) {
-    if (http.setOption(mSession.get(), WINHTTP_OPTION_SECURE_PROTOCOLS, &protocols,
+    if (http.setOption(session.get(), WINHTTP_OPTION_SECURE_PROTOCOLS, &protocols,
                        sizeof protocols)) {
       break;
     }
   }
+  // Where IPv6 is dead, IPv4 gets its turn at once. Older systems lack this.
+  DWORD fastFallback = TRUE;
+  http.setOption(session.get(), WINHTTP_OPTION_IPV6_FAST_FALLBACK, &fastFallback,
+                 sizeof fastFallback);
 }
 
 void HttpDownload::Impl::OpenRequest(const Address& address) {
   const WinHttp& http = TheWinHttp();
-  mConnection.reset(http.connect(mSession.get(), address.host.c_str(), address.port, 0));
-  CheckHttp(mConnection != nullptr);
-  mRequest.reset(http.openRequest(mConnection.get(), L"GET", address.path.c_str(), nullptr,
-                                  WINHTTP_NO_REFERER, WINHTTP_DEFAULT_ACCEPT_TYPES,
-                                  WINHTTP_FLAG_SECURE | WINHTTP_FLAG_REFRESH));
-  CheckHttp(mRequest != nullptr);
+  mRequest->connection.reset(
+      http.connect(mRequest->session.get(), address.host.c_str(), address.port, 0));
+  CheckHttp(mRequest->connection != nullptr);
+  mRequest->handle.reset(http.openRequest(mRequest->connection.get(), L"GET", address.path.c_str(),
+                                          nullptr, WINHTTP_NO_REFERER, WINHTTP_DEFAULT_ACCEPT_TYPES,
+                                          WINHTTP_FLAG_SECURE | WINHTTP_FLAG_REFRESH));
+  CheckHttp(mRequest->handle != nullptr);
+}
+
+void HttpDownload::Impl::SetOption(DWORD option, DWORD value) const {
+  CheckHttp(TheWinHttp().setOption(mRequest->handle.get(), option, &value, sizeof value));
 }
 
 void HttpDownload::Impl::SetOptions() {
-  const WinHttp& http = TheWinHttp();
-  const auto set = [&](DWORD option, DWORD value) {
-    CheckHttp(http.setOption(mRequest.get(), option, &value, sizeof value));
-  };
-  set(WINHTTP_OPTION_DISABLE_FEATURE, WINHTTP_DISABLE_COOKIES);
+  SetOption(WINHTTP_OPTION_DISABLE_FEATURE, WINHTTP_DISABLE_COOKIES);
   core::Attempt([&] {
-    set(WINHTTP_OPTION_REDIRECT_POLICY, WINHTTP_OPTION_REDIRECT_POLICY_DISALLOW_HTTPS_TO_HTTP);
+    SetOption(WINHTTP_OPTION_REDIRECT_POLICY,
+              WINHTTP_OPTION_REDIRECT_POLICY_DISALLOW_HTTPS_TO_HTTP);
   });
-  core::Attempt([&] { set(WINHTTP_OPTION_MAX_HTTP_AUTOMATIC_REDIRECTS, mRules.redirectLimit); });
+  core::Attempt(
+      [&] { SetOption(WINHTTP_OPTION_MAX_HTTP_AUTOMATIC_REDIRECTS, mRules.redirectLimit); });
+  mLogonToProxyOnly =
+      core::Attempt([&] { SetOption(WINHTTP_OPTION_AUTOLOGON_POLICY, kLogonToProxyOnly); });
+  if (!mLogonToProxyOnly) {
+    SetOption(WINHTTP_OPTION_AUTOLOGON_POLICY, WINHTTP_AUTOLOGON_SECURITY_LEVEL_HIGH);
+  }
 }
 
-void HttpDownload::Impl::Send() {
+void HttpDownload::Impl::Listen() {
   const WinHttp& http = TheWinHttp();
   mChannel = std::make_shared<DownloadChannel>();
   mChannel->download = weak_from_this();
-  mChannel->tell = [this](DWORD status, DWORD count, const std::wstring& address) {
-    Told(status, count, address);
+  mChannel->notify = [this](DWORD status, DWORD count, const std::wstring& address) {
+    Notified(status, count, address);
   };
-  constexpr DWORD kTold = WINHTTP_CALLBACK_FLAG_ALL_COMPLETIONS | WINHTTP_CALLBACK_FLAG_HANDLES |
-                          WINHTTP_CALLBACK_FLAG_REDIRECT;
+  // Connecting too, so that each address of the server has the idle limit for itself.
+  constexpr DWORD kCallbacks = WINHTTP_CALLBACK_FLAG_ALL_COMPLETIONS |
+                               WINHTTP_CALLBACK_FLAG_HANDLES | WINHTTP_CALLBACK_FLAG_REDIRECT |
+                               WINHTTP_CALLBACK_FLAG_RESOLVE_NAME |
+                               WINHTTP_CALLBACK_FLAG_CONNECT_TO_SERVER;
   auto context = std::make_unique<Channel>(mChannel);
-  auto value = reinterpret_cast<DWORD_PTR>(context.get());
-  CheckHttp(http.setStatusCallback(mRequest.get(), Tell, kTold, 0) !=
+  mContext = reinterpret_cast<DWORD_PTR>(context.get());
+  const HINTERNET request = mRequest->handle.get();
+  CheckHttp(http.setStatusCallback(request, HandleCallback, kCallbacks, 0) !=
             WINHTTP_INVALID_STATUS_CALLBACK);
-  CheckHttp(http.setOption(mRequest.get(), WINHTTP_OPTION_CONTEXT_VALUE, &value, sizeof value));
-  static_cast<void>(context.release());  // freed when the end of the request is told
-  CheckHttp(http.sendRequest(mRequest.get(), WINHTTP_NO_ADDITIONAL_HEADERS, 0,
-                             WINHTTP_NO_REQUEST_DATA, 0, 0, value));
+  CheckHttp(http.setOption(request, WINHTTP_OPTION_CONTEXT_VALUE, &mContext, sizeof mContext));
+  static_cast<void>(context.release());  // freed when the end of the request is notified
 }
 
-void HttpDownload::Impl::Told(DWORD status, DWORD count, const std::wstring& address) {
+/// Not on the caller's thread: Wine waits inside the call for a chunk that has not come yet, and
+/// the window would not answer meanwhile.
+void HttpDownload::Impl::Begin(std::function<BOOL(HINTERNET)> call) {
+  mChannel->missing = 2;
+  auto operation = std::make_unique<Operation>(Operation{mChannel, mRequest, std::move(call)});
+  CheckHttp(TrySubmitThreadpoolCallback(RunOperation, operation.get(), nullptr) != FALSE);
+  static_cast<void>(operation.release());  // freed by RunOperation
+}
+
+void HttpDownload::Impl::Send() {
+  Begin([context = mContext](HINTERNET request) {
+    return TheWinHttp().sendRequest(request, WINHTTP_NO_ADDITIONAL_HEADERS, 0,
+                                    WINHTTP_NO_REQUEST_DATA, 0, 0, context);
+  });
+}
+
+void HttpDownload::Impl::Notified(DWORD status, DWORD count, const std::wstring& address) {
   if (!mRequest) return;  // it has answered
   const auto alive = shared_from_this();
   const bool went = core::Attempt([&] {
@@ -288,10 +362,9 @@ void HttpDownload::Impl::Told(DWORD status, DWORD count, const std::wstring& add
         CheckRedirect(address);
         return;
       case WINHTTP_CALLBACK_STATUS_HEADERS_AVAILABLE:
-        CheckAnswer();
-        return AskForData();
+        return TakeHeaders();
       case WINHTTP_CALLBACK_STATUS_DATA_AVAILABLE:
-        return count > 0 ? Read(count) : TakeEnd();
+        return Read(count);
       case WINHTTP_CALLBACK_STATUS_READ_COMPLETE:
         return Take(count);
       case WINHTTP_CALLBACK_STATUS_REQUEST_ERROR:
@@ -304,37 +377,57 @@ void HttpDownload::Impl::Told(DWORD status, DWORD count, const std::wstring& add
 }
 
 void HttpDownload::Impl::Receive() {
-  CheckHttp(TheWinHttp().receiveResponse(mRequest.get(), nullptr));
+  Begin([](HINTERNET request) { return TheWinHttp().receiveResponse(request, nullptr); });
+}
+
+/// A proxy that requires the Windows logon gets it, once. A server never does: the policy is the
+/// proxy alone; where the system lacks that, servers that are reached by a proxy are not of the
+/// intranet, which alone gets a logon at the medium level.
+bool HttpDownload::Impl::LogOnToProxy() {
+  if (std::exchange(mLoggedOn, true)) return false;
+  const HINTERNET request = mRequest->handle.get();
+  DWORD schemes = 0, first = 0, target = 0;
+  CheckHttp(TheWinHttp().queryAuthSchemes(request, &schemes, &first, &target));
+  const DWORD scheme = (schemes & WINHTTP_AUTH_SCHEME_NEGOTIATE) != 0
+                           ? WINHTTP_AUTH_SCHEME_NEGOTIATE
+                           : schemes & WINHTTP_AUTH_SCHEME_NTLM;
+  if (target != WINHTTP_AUTH_TARGET_PROXY || scheme == 0) return false;
+  if (!mLogonToProxyOnly) {
+    SetOption(WINHTTP_OPTION_AUTOLOGON_POLICY, WINHTTP_AUTOLOGON_SECURITY_LEVEL_MEDIUM);
+  }
+  // Without a name: the person's own logon.
+  CheckHttp(TheWinHttp().setCredentials(request, target, scheme, nullptr, nullptr, nullptr));
+  return true;
 }
 
 /// Of the last answer, behind all redirects.
-void HttpDownload::Impl::CheckAnswer() {
-  if (NumberHeader(WINHTTP_QUERY_STATUS_CODE) / 100 != 2) {
-    throw std::runtime_error("the server has no such document");
-  }
+void HttpDownload::Impl::TakeHeaders() {
+  const DWORD status = NumberHeader(WINHTTP_QUERY_STATUS_CODE);
+  if (status == HTTP_STATUS_PROXY_AUTH_REQ && LogOnToProxy()) return Send();
+  if (status / 100 != 2) throw std::runtime_error("the server has no such document");
   core::Attempt([&] { mLength = NumberHeader(WINHTTP_QUERY_CONTENT_LENGTH); });
+  AskForData();
 }
 
 DWORD HttpDownload::Impl::NumberHeader(DWORD header) const {
   DWORD number = 0;
   DWORD size = sizeof number;
-  CheckHttp(TheWinHttp().queryHeaders(mRequest.get(), header | WINHTTP_QUERY_FLAG_NUMBER,
+  CheckHttp(TheWinHttp().queryHeaders(mRequest->handle.get(), header | WINHTTP_QUERY_FLAG_NUMBER,
                                       WINHTTP_HEADER_NAME_BY_INDEX, &number, &size,
                                       WINHTTP_NO_HEADER_INDEX));
   return number;
 }
 
-/// Asked first, since reading alone waits until the whole buffer is full.
+/// Before reading, which alone waits until the whole buffer is full.
 void HttpDownload::Impl::AskForData() {
-  AskElsewhere(mChannel, [request = mRequest.get()] {
-    return TheWinHttp().queryDataAvailable(request, nullptr) != FALSE;
-  });
+  Begin([](HINTERNET request) { return TheWinHttp().queryDataAvailable(request, nullptr); });
 }
 
+/// Also where nothing is said to be available: only reading nothing is the end.
 void HttpDownload::Impl::Read(DWORD count) {
-  const DWORD size = std::min(count, static_cast<DWORD>(mChannel->buffer.size()));
-  AskElsewhere(mChannel, [request = mRequest.get(), buffer = mChannel->buffer.data(), size] {
-    return TheWinHttp().readData(request, buffer, size, nullptr) != FALSE;
+  const DWORD size = std::clamp<DWORD>(count, 1, static_cast<DWORD>(mChannel->buffer.size()));
+  Begin([buffer = mChannel->buffer.data(), size](HINTERNET request) {
+    return TheWinHttp().readData(request, buffer, size, nullptr);
   });
 }
 
@@ -364,8 +457,6 @@ void HttpDownload::Impl::GiveUp() {
   mIdle.reset();
   mTotal.reset();
   mRequest.reset();
-  mConnection.reset();
-  mSession.reset();
 }
 
 std::unique_ptr<Timer> HttpDownload::Impl::After(std::chrono::milliseconds time,

@@ -33,6 +33,10 @@ struct WinHttp {
       Find<decltype(WinHttpReceiveResponse)>("WinHttpReceiveResponse");
   decltype(WinHttpQueryHeaders)* queryHeaders =
       Find<decltype(WinHttpQueryHeaders)>("WinHttpQueryHeaders");
+  decltype(WinHttpQueryAuthSchemes)* queryAuthSchemes =
+      Find<decltype(WinHttpQueryAuthSchemes)>("WinHttpQueryAuthSchemes");
+  decltype(WinHttpSetCredentials)* setCredentials =
+      Find<decltype(WinHttpSetCredentials)>("WinHttpSetCredentials");
   decltype(WinHttpQueryDataAvailable)* queryDataAvailable =
       Find<decltype(WinHttpQueryDataAvailable)>("WinHttpQueryDataAvailable");
   decltype(WinHttpReadData)* readData = Find<decltype(WinHttpReadData)>("WinHttpReadData");
@@ -45,9 +49,9 @@ struct WinHttp {
       Find<decltype(WinHttpGetProxyForUrl)>("WinHttpGetProxyForUrl");
 };
 
-/// Throws where the system lacks the library.
-inline const WinHttp& TheWinHttp() {
-  static const WinHttp library;
+/// Throws where the system lacks the library. Tests replace functions.
+inline WinHttp& TheWinHttp() {
+  static WinHttp library;
   return library;
 }
 
