@@ -178,7 +178,7 @@ void BrowserControl::SetBeforeNavigate(std::function<bool(const std::string&)> h
 
 void BrowserControl::Navigate(const std::string& path) {
   Window();
-  mOwnAddress = path;
+  mPages.Navigate(path);
   Variant address{WideText(path)};
   Variant nothing;
   Check(mBrowser->Navigate2(&address, &nothing, &nothing, &nothing, &nothing));
@@ -196,8 +196,8 @@ bool BrowserControl::IsRefused(const std::string& address) {
   if (const auto handler = mBeforeNavigate) {
     core::Attempt([&] { cancelled = handler(address); });
   }
-  // A folder of the person's on a server is no drive; the host's own page may lie there.
-  return cancelled || !(IsLocal(address) || address == mOwnAddress);
+  // The host's own page may be on a server, as a folder of the user's may.
+  return cancelled || mPages.IsRefused(address, IsLocal(address));
 }
 
 void BrowserControl::PageShown() {

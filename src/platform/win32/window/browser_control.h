@@ -9,6 +9,8 @@
 #include <functional>
 #include <string>
 
+#include "platform/shared/window/own_pages.h"
+#include "platform/win32/window/browser_site.h"
 #include "platform/win32/com.h"
 #include "platform/win32/window/browser_site.h"
 #include "platform/win32/window/native_control.h"
@@ -52,7 +54,7 @@ class BrowserControl final : public NativeControl {
   ComPtr<IConnectionPoint> mEvents;
   DWORD mEventsCookie = 0;
   std::function<bool(const std::string&)> mBeforeNavigate;
-  std::string mOwnAddress;
+  OwnPages mPages;
   std::string mBusyText;
 };
 

@@ -4,6 +4,7 @@
 // SPDX-License-Identifier: MIT
 #include <windows.h>
 
+#include "platform/win32/wide_text.h"
 #include "tests/contract/win32/fake_browser.h"
 #include "tests/contract/win32/window_handles.h"
 #include "tests/contract/window_case.h"
@@ -49,6 +50,29 @@ TEST_F(BrowserHost, CancelsANavigationWhoseAddressCannotBeRead) {
   unreadable.punkVal = nullptr;
   EXPECT_TRUE(fake.Cancels(unreadable));
   EXPECT_EQ(requests, 1);
+}
+
+TEST_F(BrowserHost, GoesToItsOwnPageOnAServerHoweverTheAddressIsSpelled) {
+  browser.Navigate("\\\\server\\Share\\a b\\index.htm");
+  for (const wchar_t* spelling :
+       {L"\\\\server\\Share\\a b\\index.htm", L"\\\\SERVER\\share\\A B\\INDEX.HTM",
+        L"//server/Share/a b/index.htm", L"file://server/Share/a%20b/index.htm",
+        L"file:\\\\server\\Share\\a b\\index.htm", L"file://///server/Share/a%20b/index.htm"}) {
+    EXPECT_FALSE(fake.Cancels(spelling)) << platform::Utf8Text(spelling);
+  }
+  for (const wchar_t* other :
+       {L"\\\\server\\Share\\a b\\other.htm", L"file://other/Share/a%20b/index.htm",
+        L"file://server/Share/a%20b/index.htm.exe", L"https://server/Share/a%20b/index.htm"}) {
+    EXPECT_TRUE(fake.Cancels(other)) << platform::Utf8Text(other);
+  }
+}
+
+TEST_F(BrowserHost, GoesBackToNoEarlierPageOfItsOwn) {
+  browser.Navigate("C:\\Program Files\\wait.htm");
+  EXPECT_FALSE(fake.Cancels(L"C:\\Program Files\\wait.htm"));
+  browser.Navigate("C:\\data\\index.htm");
+  EXPECT_TRUE(fake.Cancels(L"file:///C:/Program%20Files/wait.htm"));
+  EXPECT_FALSE(fake.Cancels(L"file:///c:/data/index.htm"));
 }
 
 BOOL CALLBACK CompareClass(HWND window, LPARAM found) {
