@@ -31,6 +31,11 @@ DISPID MemberOf(const ComPtr<IDispatch>& object, const wchar_t* member) {
 
 void GetMember(const ComPtr<IDispatch>& object, const wchar_t* member,
                const std::vector<const VARIANT*>& arguments, Variant& answer) {
+  GetMember(object, MemberOf(object, member), arguments, answer);
+}
+
+void GetMember(const ComPtr<IDispatch>& object, DISPID member,
+               const std::vector<const VARIANT*>& arguments, Variant& answer) {
   // They are passed last one first, and stay the caller's.
   std::vector<VARIANT> reversed;
   for (auto argument = arguments.rbegin(); argument != arguments.rend(); ++argument) {
@@ -39,9 +44,8 @@ void GetMember(const ComPtr<IDispatch>& object, const wchar_t* member,
   DISPPARAMS parameters = {reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
   Exception exception;
   UINT wrongArgument = 0;
-  Check(object->Invoke(MemberOf(object, member), IID_NULL, LOCALE_INVARIANT,
-                       DISPATCH_METHOD | DISPATCH_PROPERTYGET, &parameters, &answer, &exception,
-                       &wrongArgument));
+  Check(object->Invoke(member, IID_NULL, LOCALE_INVARIANT, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
+                       &parameters, &answer, &exception, &wrongArgument));
 }
 
 void PutMember(const ComPtr<IDispatch>& object, const wchar_t* member, const VARIANT& value) {
@@ -54,13 +58,17 @@ void PutMember(const ComPtr<IDispatch>& object, const wchar_t* member, const VAR
                        &parameters, nullptr, &exception, &wrongArgument));
 }
 
+ComPtr<IDispatch> ObjectOf(Variant& answer) {
+  answer.As(VT_DISPATCH);
+  if (!answer.pdispVal) throw std::runtime_error("the member answers no object");
+  return ComPtr<IDispatch>::Share(answer.pdispVal);
+}
+
 ComPtr<IDispatch> MemberObject(const ComPtr<IDispatch>& object, const wchar_t* member,
                                const std::vector<const VARIANT*>& arguments) {
   Variant answer;
   GetMember(object, member, arguments, answer);
-  answer.As(VT_DISPATCH);
-  if (!answer.pdispVal) throw std::runtime_error("the member answers no object");
-  return ComPtr<IDispatch>::Share(answer.pdispVal);
+  return ObjectOf(answer);
 }
 
 }  // namespace platform

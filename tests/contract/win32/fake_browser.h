@@ -23,8 +23,18 @@ class FakeBrowser final : public page::BasicControl {
     zooms.push_back(argument->lVal);
     return S_OK;
   }
+  HRESULT STDMETHODCALLTYPE get_Document(IDispatch** shown) override {
+    *shown = document ? document.Get() : nullptr;
+    if (!*shown) return S_FALSE;
+    (*shown)->AddRef();
+    return S_OK;
+  }
   HRESULT STDMETHODCALLTYPE DoVerb(LONG, LPMSG, IOleClientSite*, LONG, HWND, LPCRECT) override {
     return verbResult;
+  }
+  HRESULT STDMETHODCALLTYPE UIDeactivate() override {
+    ++deactivations;
+    return S_OK;
   }
 
   /// Whether the program cancels a navigation to this address; an empty VARIANT is none.
@@ -37,8 +47,10 @@ class FakeBrowser final : public page::BasicControl {
     return mSite.As<Interface>();
   }
 
+  platform::ComPtr<IDispatch> document;
   /// Percents, as the program set them.
   std::vector<long> zooms;
+  int deactivations = 0;
   static inline HRESULT verbResult = S_OK;
 };
 

@@ -38,6 +38,12 @@ bool IsPageKey(const MSG& message) {
                                      : Contains(kPageKeys, message.wParam);
 }
 
+/// The keyboard's own keys for back, forward and the like, which the system makes commands of.
+bool IsNavigationKey(const MSG& message) {
+  return (message.message == WM_KEYDOWN || message.message == WM_KEYUP) &&
+         message.wParam >= VK_BROWSER_BACK && message.wParam <= VK_BROWSER_HOME;
+}
+
 /// "C:\", and "C:/" as addresses have it.
 bool IsOnDrive(std::string_view path) {
   return path.size() > 2 && path.at(1) == ':' && (path.at(2) == '\\' || path.at(2) == '/');
@@ -132,12 +138,18 @@ void BrowserControl::TakeFocus(FocusFrom from) {
 }
 
 bool BrowserControl::TakeKey(MSG& message) {
+  if (IsNavigationKey(message)) return true;
   if (!IsPageKey(message)) return false;
   return mBrowser.As<IOleInPlaceActiveObject>()->TranslateAccelerator(&message) == S_OK;
 }
 
 void BrowserControl::FormActivated(bool active) {
   core::Attempt([&] { mBrowser.As<IOleInPlaceActiveObject>()->OnFrameWindowActivate(active); });
+}
+
+/// So that the Tab key enters at the first or last element again.
+void BrowserControl::FocusMoved() {
+  core::Attempt([&] { mBrowser.As<IOleInPlaceObject>()->UIDeactivate(); });
 }
 
 void BrowserControl::DpiChanged() { Scale(); }
@@ -206,8 +218,8 @@ void BrowserControl::PageShown() {
   if (GetActiveWindow() == GetAncestor(Window(), GA_ROOT)) EnterPage(nullptr);
 }
 
-void BrowserControl::LeaveByTab(bool backwards) {
-  SendMessageW(GetParent(Window()), WM_NEXTDLGCTL, backwards, 0);
+bool BrowserControl::LeaveByTab(bool backwards) {
+  return SendMessageW(GetParent(Window()), WM_NEXTDLGCTL, backwards, 0) == 0;
 }
 
 }  // namespace platform

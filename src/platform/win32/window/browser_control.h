@@ -10,7 +10,6 @@
 #include <string>
 
 #include "platform/shared/window/own_pages.h"
-#include "platform/win32/window/browser_site.h"
 #include "platform/win32/com.h"
 #include "platform/win32/window/browser_site.h"
 #include "platform/win32/window/native_control.h"
@@ -26,6 +25,7 @@ class BrowserControl final : public NativeControl {
   bool TakeKey(MSG& message) override;
   bool KeepsEnter() const override { return true; }
   void FormActivated(bool active) override;
+  void FocusMoved() override;
   void DpiChanged() override;
   void End() override;
 
@@ -38,7 +38,8 @@ class BrowserControl final : public NativeControl {
   // What the site is told by the control.
   bool IsRefused(const std::string& address);
   void PageShown();
-  void LeaveByTab(bool backwards);
+  /// False where no other control takes the focus.
+  bool LeaveByTab(bool backwards);
 
  private:
   static LRESULT CALLBACK HandleMessage(HWND window, UINT message, WPARAM first, LPARAM second);

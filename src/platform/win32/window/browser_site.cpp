@@ -120,7 +120,10 @@ HRESULT BrowserSite::TranslateAccelerator(MSG* message, DWORD) {
   if (!mOwner || !message || message->message != WM_KEYDOWN || message->wParam != VK_TAB) {
     return S_FALSE;
   }
-  return core::Attempt([&] { mOwner->LeaveByTab(GetKeyState(VK_SHIFT) < 0); }) ? S_OK : S_FALSE;
+  // Declined where no other control takes the focus: then the control goes round in the page.
+  const bool left =
+      core::AttemptOr(false, [&] { return mOwner->LeaveByTab(GetKeyState(VK_SHIFT) < 0); });
+  return left ? S_OK : S_FALSE;
 }
 
 HRESULT BrowserSite::GetHostInfo(DOCHOSTUIINFO* information) {

@@ -85,7 +85,7 @@ class BrowserSite final : public ComObject<IOleClientSite, IOleInPlaceSite, IOle
 
   // IDocHostUIHandler
   HRESULT STDMETHODCALLTYPE ShowContextMenu(DWORD, POINT*, IUnknown*, IDispatch*) override {
-    return S_FALSE;  // the system's menu
+    return S_OK;  // none: Back and Refresh would lose what is ticked
   }
   HRESULT STDMETHODCALLTYPE GetHostInfo(DOCHOSTUIINFO* information) override;
   HRESULT STDMETHODCALLTYPE ShowUI(DWORD, IOleInPlaceActiveObject*, IOleCommandTarget*,

@@ -59,6 +59,7 @@ class TextControl : public NativeControl {
 
   void ChangeStyle(int which, LONG_PTR mask, LONG_PTR bits) {
     SetWindowLongPtrW(Window(), which, (GetWindowLongPtrW(Window(), which) & ~mask) | bits);
+    ApplyStyle(Window());
     InvalidateRect(Window(), nullptr, TRUE);
   }
 
@@ -88,7 +89,7 @@ int WidthOf(const std::string& caption, HFONT font, HWND window) {
 class CommandButton : public TextControl {
  public:
   CommandButton(HWND form, const std::string& name) : TextControl("CommandButton", name) {
-    SetWindow(MakeChild(form, L"BUTTON", L"", WS_TABSTOP | BS_PUSHBUTTON));
+    SetWindow(MakeChild(form, L"BUTTON", L"", WS_TABSTOP | BS_PUSHBUTTON | BS_NOTIFY));
     UseFont();
   }
 

@@ -26,11 +26,21 @@ int SystemDpi() {
   return dpi > 0 ? dpi : USER_DEFAULT_SCREEN_DPI;
 }
 
+int MonitorDpi(HWND window) {
+  using GetDpi = HRESULT WINAPI(HMONITOR, int, UINT*, UINT*);
+  static const auto getDpi = OptionalSystemFunction<GetDpi>(L"shcore.dll", "GetDpiForMonitor");
+  constexpr int kEffective = 0;
+  UINT dpi = 0, vertical = 0;
+  const HMONITOR monitor = MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST);
+  if (!getDpi || FAILED(getDpi(monitor, kEffective, &dpi, &vertical))) return SystemDpi();
+  return static_cast<int>(dpi);
+}
+
 int DpiOf(HWND window) {
   using GetDpi = UINT WINAPI(HWND);
   static const auto getDpi = OptionalSystemFunction<GetDpi>(L"user32.dll", "GetDpiForWindow");
   const UINT dpi = getDpi ? getDpi(window) : 0;
-  return dpi > 0 ? static_cast<int>(dpi) : SystemDpi();
+  return dpi > 0 ? static_cast<int>(dpi) : MonitorDpi(window);
 }
 
 int PixelsOf(double twips, int dpi) {

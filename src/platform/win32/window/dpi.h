@@ -15,6 +15,9 @@ int SystemDpi();
 
 int DpiOf(HWND window);
 
+/// Of the screen that most of the window is on. What DpiOf returns before Windows 10 version 1607.
+int MonitorDpi(HWND window);
+
 /// Pixels of twips at this density, rounded to the nearest.
 int PixelsOf(double twips, int dpi);
 

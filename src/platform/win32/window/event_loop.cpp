@@ -14,7 +14,23 @@ namespace {
 /// Enough for every event that can be waiting, and an end where new ones come each time.
 constexpr int kMostEventsAtOnce = 1000;
 
+/// The buttons for back and forward, and Shift with the wheel. Nothing in a form uses them, and a
+/// page would be left by them.
+bool IsNavigationByMouse(const MSG& message) {
+  switch (message.message) {
+    case WM_XBUTTONDOWN:
+    case WM_XBUTTONUP:
+    case WM_XBUTTONDBLCLK:
+      return true;
+    case WM_MOUSEWHEEL:
+      return (GET_KEYSTATE_WPARAM(message.wParam) & MK_SHIFT) != 0;
+    default:
+      return false;
+  }
+}
+
 void Handle(MSG& message) {
+  if (IsNavigationByMouse(message)) return;
   if (message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST && TakeFormKey(message)) {
     return;
   }

@@ -18,6 +18,7 @@ int CALLBACK Found(const LOGFONTW*, const TEXTMETRICW*, DWORD, LPARAM found) {
 }
 
 bool IsInstalled(LOGFONTW font) {
+  font.lfPitchAndFamily = 0;  // as the function requires
   bool found = false;
   const HDC screen = GetDC(nullptr);
   EnumFontFamiliesExW(screen, &font, Found, reinterpret_cast<LPARAM>(&found), 0);

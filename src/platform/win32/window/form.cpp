@@ -92,7 +92,8 @@ class NativeForm final : public Form::Impl {
   auto Natives() const { return std::views::transform(controls, Native); }
   void Activated(bool active);
   void TakeFocus();
-  void MoveFocus(bool backwards);
+  void FocusMovedTo(const NativeControl& focused);
+  bool MoveFocus(bool backwards);
   bool PressFocused();
   NativeControl* ControlOf(HWND window) const;
 
@@ -169,6 +170,7 @@ void NativeForm::Mirror(bool rightToLeft) {
   constexpr LONG_PTR kMirrored = WS_EX_LAYOUTRTL;
   const LONG_PTR style = GetWindowLongPtrW(mWindow, GWL_EXSTYLE);
   SetWindowLongPtrW(mWindow, GWL_EXSTYLE, rightToLeft ? style | kMirrored : style & ~kMirrored);
+  ApplyStyle(mWindow);
   PlaceChildren();
   RedrawWindow(mWindow, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
 }
@@ -194,6 +196,7 @@ std::optional<LRESULT> NativeForm::Handle(UINT message, WPARAM first, LPARAM sec
     case WM_COMMAND:
       if (auto* const control = ControlOf(reinterpret_cast<HWND>(second))) {
         if (HIWORD(first) == BN_CLICKED) control->Pressed();
+        if (HIWORD(first) == BN_SETFOCUS) FocusMovedTo(*control);
       }
       return 0;
     case WM_DRAWITEM: {
@@ -208,8 +211,7 @@ std::optional<LRESULT> NativeForm::Handle(UINT message, WPARAM first, LPARAM sec
       TakeFocus();
       return 0;
     case WM_NEXTDLGCTL:
-      MoveFocus(first != 0);
-      return 0;
+      return MoveFocus(first != 0) ? 0 : 1;
     case WM_CLOSE:
       Unload();
       return 0;
@@ -275,15 +277,22 @@ void NativeForm::TakeFocus() {
   }
 }
 
-/// In the order of adding, round and round.
-void NativeForm::MoveFocus(bool backwards) {
+void NativeForm::FocusMovedTo(const NativeControl& focused) {
+  for (NativeControl& control : Natives()) {
+    if (&control != &focused) control.FocusMoved();
+  }
+}
+
+/// In the order of adding, round and round. False where no other control takes the focus.
+bool NativeForm::MoveFocus(bool backwards) {
   auto order = controls;
   if (backwards) std::ranges::reverse(order);
   const auto focused = std::ranges::find_if(order, &NativeControl::HasFocus, Native);
   if (focused != order.end()) std::ranges::rotate(order, std::next(focused));
   const auto next = std::ranges::find_if(order, &NativeControl::TakesFocus, Native);
-  if (next != order.end())
-    Native(*next).TakeFocus(backwards ? FocusFrom::kBehind : FocusFrom::kBefore);
+  if (next == order.end() || Native(*next).HasFocus()) return false;
+  Native(*next).TakeFocus(backwards ? FocusFrom::kBehind : FocusFrom::kBefore);
+  return true;
 }
 
 bool NativeForm::PressFocused() {
@@ -306,7 +315,10 @@ bool NativeForm::TakeKey(MSG& message) {
   const bool inControl = focused != natives.end();
   if (inControl && (*focused).TakeKey(message)) return true;
   if (message.message == WM_KEYDOWN && message.wParam == VK_TAB) {
-    MoveFocus(GetKeyState(VK_SHIFT) < 0);
+    const bool backwards = GetKeyState(VK_SHIFT) < 0;
+    if (!MoveFocus(backwards) && inControl) {
+      (*focused).TakeFocus(backwards ? FocusFrom::kBehind : FocusFrom::kBefore);
+    }
     return true;
   }
   if (message.message == WM_KEYDOWN && message.wParam == VK_RETURN) {

@@ -11,6 +11,11 @@
 
 namespace platform {
 
+void ApplyStyle(HWND window) {
+  SetWindowPos(window, nullptr, 0, 0, 0, 0,
+               SWP_FRAMECHANGED | SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
 void NativeControl::SetToolTipText(const std::string& text) {
   if (mToolTips) ChangeToolTip(mToolTips, Window(), text);
   mToolTipText = text;

@@ -40,6 +40,8 @@ class NativeControl : public Control::Impl {
   virtual void DpiChanged() {}
   /// The system's fonts or colours changed.
   virtual void LooksChanged() {}
+  /// Another control of the form got the focus.
+  virtual void FocusMoved() {}
   /// The control shall take the keyboard.
   virtual void TakeFocus(FocusFrom from);
   virtual bool TakesFocus() const;
@@ -65,6 +67,9 @@ class NativeControl : public Control::Impl {
   HWND mToolTips = nullptr;
   std::string mToolTipText;
 };
+
+/// To be called after a window's style was changed: the system keeps some of it in a cache.
+void ApplyStyle(HWND window);
 
 /// Makes a control of one of the kinds that platform/window/form.h names, inside a form's window;
 /// throws for another.

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <functional>
 #include <stdexcept>
 #include <utility>
 
@@ -16,6 +17,8 @@
 #include "platform/system/program.h"
 #include "platform/system/shell.h"
 #include "platform/win32/system_library.h"
+#include "platform/win32/wide_text.h"
+#include "platform/win32/window/dpi.h"
 #include "tests/contract/win32/window_handles.h"
 #include "tests/contract/window_case.h"
 
@@ -127,16 +130,33 @@ LOGFONTW FontOf(HWND window) {
 
 int LetterHeight(HWND window) { return std::abs(FontOf(window).lfHeight); }
 
+int CALLBACK TakeFace(const LOGFONTW* font, const TEXTMETRICW*, DWORD, LPARAM face) {
+  *reinterpret_cast<std::wstring*>(face) = font->lfFaceName;
+  return font->lfFaceName[0] == L'@' ? 1 : 0;  // text from top to bottom is none of ours
+}
+
+/// An installed face that has a character set.
+std::wstring FaceWith(BYTE charset) {
+  LOGFONTW wanted = {};
+  wanted.lfCharSet = charset;
+  std::wstring face;
+  const HDC screen = GetDC(nullptr);
+  EnumFontFamiliesExW(screen, &wanted, TakeFace, reinterpret_cast<LPARAM>(&face), 0);
+  ReleaseDC(nullptr, screen);
+  return face;
+}
+
 TEST_F(SystemWindow, WritesInTheFaceAndCharacterSetThatAreSet) {
   const LOGFONTW usual = FontOf(Button("label"));
+  const std::wstring face = FaceWith(RUSSIAN_CHARSET);
+  ASSERT_NE(face, usual.lfFaceName);
   for (const char* name : {"label", "second"}) {
     auto& control = std::string(name) == "label" ? label : second;
-    control.SetFont({"Tahoma", RUSSIAN_CHARSET});
-    EXPECT_STREQ(FontOf(Button(name)).lfFaceName, L"Tahoma") << name;
-    EXPECT_EQ(FontOf(Button(name)).lfCharSet, RUSSIAN_CHARSET) << name;
-    control.SetFont({"Courier New", ANSI_CHARSET});
-    EXPECT_STREQ(FontOf(Button(name)).lfFaceName, L"Courier New") << name;
-    EXPECT_EQ(FontOf(Button(name)).lfCharSet, ANSI_CHARSET) << name;
+    for (const BYTE charset : {BYTE{RUSSIAN_CHARSET}, BYTE{ANSI_CHARSET}}) {
+      control.SetFont({platform::Utf8Text(face), charset});
+      EXPECT_EQ(FontOf(Button(name)).lfFaceName, face) << name;
+      EXPECT_EQ(FontOf(Button(name)).lfCharSet, charset) << name;
+    }
     control.SetFont({"No Such Face", RUSSIAN_CHARSET});
     EXPECT_STREQ(FontOf(Button(name)).lfFaceName, usual.lfFaceName) << name;
   }
@@ -365,6 +385,50 @@ TEST_F(SystemWindow, ElevatesAProgramInANormalWindowWithoutAnOwner) {
   EXPECT_EQ(launch.parameters, L"");
   EXPECT_EQ(launch.folder, L"C:\\Folder");
   EXPECT_EQ(launch.show, SW_SHOWNORMAL);
+}
+
+BYTE pitchAndFamily = 0;
+
+int WINAPI RecordEnumeration(HDC, LOGFONTW* font, FONTENUMPROCW, LPARAM, DWORD) {
+  pitchAndFamily |= font->lfPitchAndFamily;
+  return 1;
+}
+
+TEST_F(SystemWindow, LooksForFacesOfEveryPitchAndFamily) {
+  pitchAndFamily = 0;
+  void* const function = platform::FindSystemFunction(L"gdi32.dll", "EnumFontFamiliesExW");
+  const Replaced recorded(function, reinterpret_cast<void*>(RecordEnumeration));
+  label.SetFont({"Tahoma", RUSSIAN_CHARSET});
+  EXPECT_EQ(pitchAndFamily, 0);
+}
+
+UINT placing = 0;
+WNDPROC replacedProcedure = nullptr;
+
+LRESULT CALLBACK RecordPlacing(HWND window, UINT message, WPARAM first, LPARAM second) {
+  if (message == WM_WINDOWPOSCHANGING) {
+    placing |= reinterpret_cast<const WINDOWPOS*>(second)->flags;
+  }
+  return CallWindowProcW(replacedProcedure, window, message, first, second);
+}
+
+/// Whether the system is notified of a new style of the window.
+bool IsStyleApplied(HWND window, const std::function<void()>& change) {
+  placing = 0;
+  replacedProcedure = reinterpret_cast<WNDPROC>(
+      SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(RecordPlacing)));
+  change();
+  SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(replacedProcedure));
+  return (placing & SWP_FRAMECHANGED) != 0;
+}
+
+TEST_F(SystemWindow, AppliesAChangedStyle) {
+  EXPECT_TRUE(IsStyleApplied(WindowOf("form"), [&] { form->SetRightToLeft(true); }));
+  EXPECT_TRUE(IsStyleApplied(Button("label"), [&] { label.SetRightToLeft(true); }));
+}
+
+TEST_F(SystemWindow, TakesTheScreensDensityWhereTheSystemKnowsNoneOfAWindow) {
+  EXPECT_EQ(platform::MonitorDpi(WindowOf("form")), platform::DpiOf(WindowOf("form")));
 }
 
 class Navigation : public WindowCase {

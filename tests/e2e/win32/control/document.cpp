@@ -4,6 +4,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/e2e/win32/control/document.h"
 
+#include <mshtmdid.h>
+
 #include <algorithm>
 #include <cwchar>
 #include <map>
@@ -42,7 +44,12 @@ class Arguments {
   const DISPPARAMS& mParameters;
 };
 
-/// Members by name. The numbers count from 1 in the order of the names.
+struct Member {
+  std::wstring name;
+  DISPID number;
+};
+
+/// Members by name.
 class NamedObject : public platform::ComObject<IDispatch> {
  public:
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
@@ -53,16 +60,15 @@ class NamedObject : public platform::ComObject<IDispatch> {
   HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID,
                                           DISPID* numbers) override {
     *numbers = DISPID_UNKNOWN;
-    for (std::size_t at = 0; count == 1 && at < mNames.size(); ++at) {
-      if (_wcsicmp(names[0], mNames[at].c_str()) == 0) *numbers = static_cast<DISPID>(at + 1);
+    for (const Member& member : mMembers) {
+      if (count == 1 && _wcsicmp(names[0], member.name.c_str()) == 0) *numbers = member.number;
     }
     return *numbers == DISPID_UNKNOWN ? DISP_E_UNKNOWNNAME : S_OK;
   }
   HRESULT STDMETHODCALLTYPE Invoke(DISPID number, REFIID, LCID, WORD, DISPPARAMS* parameters,
                                    VARIANT* answer, EXCEPINFO*, UINT*) override {
-    if (number < 1 || static_cast<std::size_t>(number) > mNames.size()) {
-      return DISP_E_MEMBERNOTFOUND;
-    }
+    const auto known = [&](const Member& member) { return member.number == number; };
+    if (std::ranges::none_of(mMembers, known)) return DISP_E_MEMBERNOTFOUND;
     platform::Variant unwanted;
     VARIANT* const wanted = answer ? answer : &unwanted;
     VariantInit(wanted);
@@ -70,13 +76,13 @@ class NamedObject : public platform::ComObject<IDispatch> {
   }
 
  protected:
-  explicit NamedObject(std::vector<std::wstring> names) : mNames(std::move(names)) {}
+  explicit NamedObject(std::vector<Member> members) : mMembers(std::move(members)) {}
 
  private:
   /// Reads, calls or writes the member.
   virtual HRESULT Get(DISPID number, const Arguments& arguments, VARIANT& answer) = 0;
 
-  std::vector<std::wstring> mNames;
+  std::vector<Member> mMembers;
 };
 
 void AnswerObject(IDispatch* object, VARIANT& answer) {
@@ -104,7 +110,8 @@ class Element final : public NamedObject {
  public:
   /// "id=scheck7", "checked=b1": names, then values of a kind and a text, with separators between.
   Element(Address address, const std::string& attributes)
-      : NamedObject({L"getAttribute", L"setAttribute", L"htmlFor", L"innerText"}),
+      : NamedObject(
+            {{L"getAttribute", 1}, {L"setAttribute", 2}, {L"htmlFor", 3}, {L"innerText", 4}}),
         mAddress(std::move(address)) {
     std::size_t start = 0;
     while (start < attributes.size()) {
@@ -160,13 +167,13 @@ class Element final : public NamedObject {
 class Collection final : public NamedObject {
  public:
   Collection(Address address, Fields elements)
-      : NamedObject({L"length", L"item"}),
+      : NamedObject({{L"length", DISPID_COLLECTION}, {L"item", DISPID_VALUE}}),
         mAddress(std::move(address)),
         mElements(std::move(elements)) {}
 
  private:
   HRESULT Get(DISPID number, const Arguments& arguments, VARIANT& answer) override {
-    if (number == 1) {
+    if (number == DISPID_COLLECTION) {
       answer.vt = VT_I4;
       answer.lVal = static_cast<LONG>(mElements.size());
       return S_OK;
@@ -185,7 +192,7 @@ class Collection final : public NamedObject {
 class Document final : public NamedObject {
  public:
   explicit Document(std::shared_ptr<PageConnection> connection)
-      : NamedObject({L"getElementsByTagName", L"getElementById"}),
+      : NamedObject({{L"getElementsByTagName", 1}, {L"getElementById", 2}}),
         mConnection(std::move(connection)) {}
 
  private:

@@ -12,9 +12,9 @@
 #include <optional>
 #include <utility>
 
-#include "platform/shared/http_download.h"
-#include "platform/win32/win_http.h"
-#include "tests/contract/service_case.h"
+#include "platform/shared/documents/http_download.h"
+#include "platform/win32/documents/win_http.h"
+#include "tests/contract/services_case.h"
 
 namespace {
 
