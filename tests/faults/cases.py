@@ -14,7 +14,7 @@ import answers  # noqa: E402  (found through the line above)
 from answers import asked, bare, in_chunks, raw, redirect, redirect_to, reply, secured, short  # noqa: E402
 from answers import for_ever, slowly, until_the_end  # noqa: E402
 from catalogue import Voice, catalogue  # noqa: E402
-from connection import middle_aged_context, outdated_context  # noqa: E402
+from connection import http_2_context, middle_aged_context, outdated_context  # noqa: E402
 
 # The window goes, and two messages come.
 FAILURE = "failure"
@@ -234,6 +234,8 @@ CASES = [
     Case("until-the-end-cut", "a whole catalogue without a length, and the connection is cut",
          until_the_end(CATALOGUE, "cut"), FAILURE, GOOD),
     Case("chunks", "in chunks", in_chunks(HALF, CATALOGUE[len(HALF):]), GOOD),
+    Case("trailers", "in chunks, with headers after the last one",
+         in_chunks(CATALOGUE, last=b"0\r\nX-Checksum: 1\r\n\r\n"), GOOD),
     Case("cut-chunk", "cut inside a chunk",
          in_chunks(HALF, last=b"%x\r\n%s" % (len(CATALOGUE), CATALOGUE[len(HALF) : -30]), end="cut"),
          FAILURE),
@@ -317,6 +319,7 @@ CASES = [
     # -- heads
     Case("no-http", "something else than HTTP", raw(b"220 mail.example ready\r\n"), FAILURE),
     Case("old-http", "HTTP/1.0", raw(b"HTTP/1.0 200 OK\r\n" + length() + b"\r\n\r\n" + CATALOGUE), GOOD),
+    Case("http-2", "a server that prefers HTTP/2", reply(CATALOGUE, context=http_2_context), GOOD),
     Case("no-head", "the catalogue without a head", raw(CATALOGUE), FAILURE),
     Case("status-no-number", "a status that is no number",
          raw(b"HTTP/1.1 abc OK\r\n" + length() + b"\r\n\r\n" + CATALOGUE), FAILURE),

@@ -17,6 +17,13 @@ def tls_context(certificate, key):
     return context
 
 
+def http_2_context(certificate, key):
+    """HTTP/2 preferred, and HTTP/1.1. Answers are written in the latter."""
+    context = tls_context(certificate, key)
+    context.set_alpn_protocols(["h2", "http/1.1"])
+    return context
+
+
 def middle_aged_context(certificate, key):
     """Nothing newer than TLS 1.2, as on older servers."""
     context = tls_context(certificate, key)

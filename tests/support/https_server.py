@@ -4,8 +4,9 @@
 #
 #   https_server.py --folder FOLDER --log FILE [--certificate PEM --key PEM]
 #
-# Without a certificate it speaks plain http. FOLDER holds the bodies. FILE gets a line of JSON for
-# every connection and every request. `file` below names a file of the folder:
+# Without a certificate it speaks plain http; over TLS it offers HTTP/2 as well and prefers it, but has
+# no answer in it. FOLDER holds the bodies. FILE gets a line of JSON for every connection and every
+# request. `file` below names a file of the folder:
 #
 #   /file/NAME                   the file
 #   /status/CODE?file=           the file with another status
@@ -55,7 +56,8 @@ class Handler(http.server.BaseHTTPRequestHandler):
         pass
 
     def do_GET(self):
-        log({"request": self.path, "headers": dict(self.headers)})
+        protocol = self.connection.selected_alpn_protocol() if context else None
+        log({"request": self.path, "headers": dict(self.headers), "protocol": protocol})
         address = urllib.parse.urlsplit(self.path)
         self.query = {key: values[0] for key, values in urllib.parse.parse_qs(address.query).items()}
         _, what, *rest = address.path.split("/")
@@ -197,6 +199,7 @@ context = None
 if options.certificate:
     context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
     context.load_cert_chain(options.certificate, options.key)
+    context.set_alpn_protocols(["h2", "http/1.1"])
 open(options.log, "a", encoding="utf-8").close()
 server = Server(("127.0.0.1", 0), Handler)
 threading.Thread(target=server.serve_forever, daemon=True).start()

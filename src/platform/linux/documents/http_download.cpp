@@ -75,6 +75,9 @@ void CheckConnection(GSocketClientEvent event, GIOStream* stream) {
   // everything, wherever no length was announced.
   if (event == G_SOCKET_CLIENT_TLS_HANDSHAKING) {
     g_tls_connection_set_require_close_notify(connection, TRUE);
+    // In HTTP/2 the library takes a cut connection for a silent one, and trailers for an error.
+    std::array<const char*, 2> protocols = {"http/1.1", nullptr};
+    g_tls_connection_set_advertised_protocols(connection, protocols.data());
   }
   if (event == G_SOCKET_CLIENT_TLS_HANDSHAKED) InsistOnASoundVersion(connection);
 }

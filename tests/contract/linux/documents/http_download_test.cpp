@@ -165,6 +165,11 @@ TEST_F(Certificate, IsRefusedForAnotherName) {
             std::nullopt);
 }
 
+TEST_F(Download, SpeaksHttp11ToAServerThatPrefersHttp2) {
+  EXPECT_EQ(Get(On("/file/" + File("body"))), "body");
+  EXPECT_THAT(peer::TheServer().Log().back(), HasSubstr(R"("protocol": "http/1.1")"));
+}
+
 // Redirects
 
 TEST_F(Download, FollowsARedirectOverHttps) {
