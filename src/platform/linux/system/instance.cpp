@@ -5,12 +5,14 @@
 #include <X11/Xatom.h>
 #include <fcntl.h>
 #include <gdk/gdkx.h>
-#include <glib/gstdio.h>
 #include <sys/file.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstddef>
 #include <cstring>
 #include <filesystem>
 #include <memory>
@@ -24,27 +26,58 @@
 namespace platform {
 namespace {
 
-/// One file for each program file, whatever name or link it was started by.
-std::string LockPath() {
+/// One name for each user and program file, whatever name or link it was started by. Nothing of the
+/// environment counts: a start by another way (su, cron, a service) has to find the same lock.
+std::string LockName() {
   const std::string program = std::filesystem::read_symlink("/proc/self/exe").string();
   const GMemory<char> hash(g_compute_checksum_for_string(G_CHECKSUM_SHA256, program.c_str(), -1));
-  const std::string folder = g_get_user_runtime_dir();
-  g_mkdir_with_parents(folder.c_str(), 0700);
-  return folder + "/velor-voice-setup-" + std::string(hash.get(), 16) + ".lock";
+  return "velor-voice-setup-" + std::to_string(getuid()) + "-" + std::string(hash.get(), 16);
 }
 
-enum class Lock { kTaken, kHeldElsewhere, kImpossible };
+bool IsHeldByThisUser(int descriptor, const sockaddr* address, socklen_t length) {
+  ucred holder = {};
+  socklen_t size = sizeof holder;
+  return connect(descriptor, address, length) == 0 &&
+         getsockopt(descriptor, SOL_SOCKET, SO_PEERCRED, &holder, &size) == 0 &&
+         holder.uid == getuid();
+}
 
-Lock TakeLock() {
+/// Takes a name in the abstract socket namespace, which needs no folder. True if a process of this
+/// user holds it. Another user who holds it has no say; so has a process that does not listen yet.
+bool IsSocketHeld(const std::string& name) {
+  sockaddr_un address = {};
+  address.sun_family = AF_UNIX;
+  name.copy(address.sun_path + 1, sizeof address.sun_path - 1);
+  const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + name.size());
+  const auto* const generic = reinterpret_cast<const sockaddr*>(&address);
+  const int descriptor = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+  if (descriptor < 0) return false;
+  // The socket stays open until the process ends.
+  if (bind(descriptor, generic, length) == 0 && listen(descriptor, SOMAXCONN) == 0) return false;
+  const bool held = IsHeldByThisUser(descriptor, generic, length);
+  close(descriptor);
+  return held;
+}
+
+/// Takes a file. True if a process of this user has locked it.
+bool IsFileHeld(const std::string& name) {
+  const std::string path = "/tmp/" + name + ".lock";
   // Close on exec: a program that this one starts must not hold the lock on after it.
-  const int file = open(LockPath().c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
-  if (file < 0) return Lock::kImpossible;
-  // The sticky bit keeps the runtime folder's cleaning away from a file that is in use for hours.
-  fchmod(file, 01600);
-  if (flock(file, LOCK_EX | LOCK_NB) == 0) return Lock::kTaken;  // the file stays open for good
-  const bool held = errno == EWOULDBLOCK;
+  const int file = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600);
+  if (file < 0) return false;
+  struct stat status = {};
+  const bool own = fstat(file, &status) == 0 && status.st_uid == getuid();
+  if (own && flock(file, LOCK_EX | LOCK_NB) == 0) return false;  // stays open, too
+  const bool held = own && errno == EWOULDBLOCK;
   close(file);
-  return held ? Lock::kHeldElsewhere : Lock::kImpossible;
+  return held;
+}
+
+/// The order is always the same, so that of several starts at once exactly one is the first, also
+/// if one cannot take the socket.
+bool IsLockHeld() {
+  const std::string name = LockName();
+  return IsSocketHeld(name) || IsFileHeld(name);
 }
 
 struct XFreeData {
@@ -120,13 +153,15 @@ class ErrorTrap {
 }  // namespace
 
 bool IsPreviousInstanceRunning() {
-  // Asked again, the running instance is still this one. Where no lock can be made, two windows are
+  // Decided once: the running instance stays this one. If no lock can be taken, two windows are
   // better than none.
-  static const Lock lock = TakeLock();
-  return lock == Lock::kHeldElsewhere;
+  static const bool held = IsLockHeld();
+  return held;
 }
 
 void ActivateWindow(const std::string& title) {
+  // The desktop shows that a program is starting until a window of it appears. None will.
+  gdk_notify_startup_complete();
   if (title.empty()) throw std::invalid_argument("many windows have no title");
   GdkDisplay* const connection = gdk_display_get_default();
   if (!connection || !GDK_IS_X11_DISPLAY(connection))
