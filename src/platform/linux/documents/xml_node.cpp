@@ -55,7 +55,10 @@ const xmlChar* XmlText(const std::string& text) {
   return reinterpret_cast<const xmlChar*>(text.c_str());
 }
 
-void BeSilent(void*, xmlErrorPtr) {}
+// A handler of errors, which keeps them off the terminal. What it points to is const since libxml2
+// 2.12.
+template <class Error>
+void IgnoreError(void*, Error*) {}
 
 // For the few errors that the library writes out past a context's own handler.
 void BeSilentToo(void*, const char*, ...) {}
@@ -76,7 +79,7 @@ bool IsWhollyWellFormed(const xmlParserCtxt& parser) {
 XPathContext ContextFor(const XmlNode::Impl& start) {
   XPathContext context(Required(xmlXPathNewContext(start.tree.get())));
   xmlSetGenericErrorFunc(nullptr, BeSilentToo);
-  context->error = BeSilent;
+  context->error = IgnoreError;
   context->opLimit = kXPathOperationLimit;
   if (xmlXPathSetContextNode(start.node, context.get()) != 0) {
     throw std::runtime_error("the node cannot be asked");
@@ -122,7 +125,7 @@ XmlNode ParseXml(std::string_view bytes) {
   }
   const std::unique_ptr<xmlParserCtxt, FreeParser> parser(Required(xmlNewParserCtxt()));
   parser->sax->internalSubset = RefuseDocumentType;
-  parser->sax->serror = BeSilent;
+  parser->sax->serror = IgnoreError;
   const std::shared_ptr<xmlDoc> tree(
       xmlCtxtReadMemory(parser.get(), bytes.data(), static_cast<int>(bytes.size()), nullptr,
                         nullptr, XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING),
