@@ -12,10 +12,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
 namespace platform {
+
+/// Longer files are not read. Prefixes in use for years have some ten MB.
+inline constexpr std::size_t kRegistryFileLimit = std::size_t{256} << 20;
 
 class RegistryVisitor {
  public:

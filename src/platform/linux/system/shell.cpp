@@ -9,15 +9,21 @@
 #include <glib/gstdio.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <optional>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include "core/attempt.h"
+#include "core/text.h"
 #include "platform/linux/documents/file_access.h"
 #include "platform/linux/documents/native_path.h"
 #include "platform/linux/g_ref.h"
 #include "platform/linux/system/command_line.h"
+#include "platform/linux/system/registry_text.h"
 #include "platform/linux/system/wine_prefix.h"
 #include "platform/linux/window/toolkit.h"
 #include "platform/system/program.h"
@@ -25,17 +31,76 @@
 namespace platform {
 namespace {
 
-constexpr int kRoamingApplicationData = 26;
-constexpr int kCommonApplicationData = 35;
+struct ShellFolder {
+  int csidl;
+  const char* registryFile;
+  const char* registryValue;
+  /// Where Wine has it unless the registry says otherwise.
+  const char* standardPath;
+  const char* (*withoutPrefix)();
+};
 
-std::string FolderIn(const std::string& prefix, int csidl) {
-  const std::string drive = prefix + "/drive_c";
-  if (csidl == kCommonApplicationData) return drive + "/ProgramData";
-  return drive + "/users/" + WineUserName() + "/AppData/Roaming";
+constexpr std::array kShellFolders = {
+    ShellFolder{26, "/user.reg", "APPDATA", "%USERPROFILE%\\AppData\\Roaming",
+                g_get_user_config_dir},
+    ShellFolder{35, "/system.reg", "COMMON APPDATA", "%PROGRAMDATA%", g_get_user_data_dir}};
+
+/// What a registry file says of one folder, in the two keys that count; empty where it says
+/// nothing.
+class FolderPaths : public RegistryVisitor {
+ public:
+  explicit FolderPaths(std::string value) : mValue(std::move(value)) {}
+
+  bool OnKey(const std::string& path) override {
+    constexpr std::string_view kExplorer =
+        "SOFTWARE\\MICROSOFT\\WINDOWS\\CURRENTVERSION\\EXPLORER\\";
+    const std::string key = core::UpperCase(path);
+    mOpen = nullptr;
+    if (key.starts_with(kExplorer)) {
+      const std::string name = key.substr(kExplorer.size());
+      if (name == "USER SHELL FOLDERS") mOpen = &ofUser;
+      if (name == "SHELL FOLDERS") mOpen = &ofShell;
+    }
+    return mOpen != nullptr;
+  }
+  void OnText(const std::string& name, const std::string& text) override {
+    if (core::UpperCase(name) == mValue) *mOpen = text;
+  }
+
+  std::string ofUser;
+  std::string ofShell;
+
+ private:
+  const std::string mValue;
+  std::string* mOpen = nullptr;
+};
+
+/// The native folder of a path in the registry. Throws where it holds a variable that Wine does not
+/// use for these folders, or is on no drive of the prefix.
+std::string FolderAt(const std::string& registryPath) {
+  std::string path = registryPath;
+  for (const auto& [variable, value] :
+       {std::pair<std::string, std::string>{"%USERPROFILE%", "C:\\users\\" + WineUserName()},
+        {"%PROGRAMDATA%", "C:\\ProgramData"},
+        {"%ALLUSERSPROFILE%", "C:\\ProgramData"},
+        {"%SYSTEMDRIVE%", "C:"}}) {
+    if (core::UpperCase(path).starts_with(variable)) path.replace(0, variable.size(), value);
+  }
+  if (path.substr(0, path.find('\\')).size() != 2) throw std::runtime_error("not on a drive");
+  return NativePathOfWindowsPath(path);
 }
 
-std::string FolderWithoutPrefix(int csidl) {
-  return csidl == kCommonApplicationData ? g_get_user_data_dir() : g_get_user_config_dir();
+std::string FolderIn(const std::string& prefix, const ShellFolder& folder) {
+  FolderPaths paths(folder.registryValue);
+  const std::string file = prefix + folder.registryFile;
+  if (IsRegularFile(file)) {
+    core::Attempt([&] { ReadRegistry(ReadRegularFile(file, kRegistryFileLimit), paths); });
+  }
+  for (const std::string& path : {paths.ofUser, paths.ofShell}) {
+    std::string native;
+    if (!path.empty() && core::Attempt([&] { native = FolderAt(path); })) return native;
+  }
+  return FolderAt(folder.standardPath);
 }
 
 enum class ProgramKind { kWindows, kLinux };
@@ -129,12 +194,13 @@ std::optional<std::string> FindProgram(const std::string& program) {
 }  // namespace
 
 std::string SpecialFolder(int csidl) {
-  if (csidl != kRoamingApplicationData && csidl != kCommonApplicationData) {
+  const auto* const known = std::ranges::find(kShellFolders, csidl, &ShellFolder::csidl);
+  if (known == kShellFolders.end()) {
     throw std::invalid_argument("a shell folder that is not known here");
   }
   const std::optional<std::string> prefix = WinePrefix();
   const std::string folder =
-      NativePath(CorePath(prefix ? FolderIn(*prefix, csidl) : FolderWithoutPrefix(csidl)));
+      prefix ? FolderIn(*prefix, *known) : NativePath(CorePath(known->withoutPrefix()));
   // The callers create their own levels one at a time and count on the system's to be there, which
   // they are not for a user who has not run anything yet. Where that fails, so do they.
   g_mkdir_with_parents(folder.c_str(), 0700);

@@ -5,18 +5,15 @@
 // SPDX-License-Identifier: MIT
 #include "platform/system/windows_installer.h"
 
-#include <cstddef>
 #include <stdexcept>
 
 #include "platform/linux/documents/file_access.h"
 #include "platform/linux/system/installed_products.h"
+#include "platform/linux/system/registry_text.h"
 #include "platform/linux/system/wine_prefix.h"
 
 namespace platform {
 namespace {
-
-// Prefixes in use for years have some ten MB.
-constexpr std::size_t kRegistryFileLimit = std::size_t{256} << 20;
 
 std::string PrefixOrThrow() {
   const std::optional<std::string> prefix = WinePrefix();

@@ -9,14 +9,23 @@
 #include <string_view>
 
 #include "platform/linux/documents/native_path.h"
+#include "platform/system/program.h"
 
 namespace platform {
 namespace {
 
+/// The folder above the drive_c that the program file is in; empty for a program elsewhere.
+std::string PrefixOfProgram() {
+  const std::string folder = NativePath(ProgramFolder()) + '/';
+  const std::size_t drive = folder.rfind("/drive_c/");
+  return drive == std::string::npos ? "" : folder.substr(0, drive);
+}
+
 std::string ConfiguredPrefix() {
   const char* configured = g_getenv("WINEPREFIX");
   if (configured && *configured) return configured;
-  return std::string(g_get_home_dir()) + "/.wine";
+  const std::string prefix = PrefixOfProgram();
+  return prefix.empty() ? std::string(g_get_home_dir()) + "/.wine" : prefix;
 }
 
 bool IsFolder(const std::string& path) { return g_file_test(path.c_str(), G_FILE_TEST_IS_DIR); }
@@ -48,7 +57,8 @@ std::optional<std::string> WinePrefix() {
 
 std::string WineUserName() {
   const char* user = g_getenv("USER");
-  return user && *user ? user : g_get_user_name();
+  const std::string name = user && *user ? user : g_get_user_name();
+  return name.substr(name.find_last_of("\\/") + 1);
 }
 
 std::string NativePathOfWindowsPath(const std::string& path) {

@@ -9,12 +9,12 @@
 
 namespace platform {
 
-/// The native path of the prefix: $WINEPREFIX, else ~/.wine. Absent when there is none, which its
-/// drive_c tells; a $WINEPREFIX that leads nowhere is not made up for by ~/.wine, since Wine itself
-/// would not look there either.
+/// The native path of the prefix: $WINEPREFIX, else the prefix that the program file is in, else
+/// ~/.wine. Absent if it has no drive_c. A $WINEPREFIX without one is not replaced by another,
+/// since Wine would not look elsewhere either.
 std::optional<std::string> WinePrefix();
 
-/// What Wine names the user's profile folder after: $USER, else the login name.
+/// What Wine names the user's profile folder after: $USER, else the login name, without a domain.
 std::string WineUserName();
 
 /// The native path of `path`, which may name a drive (`C:\Tools\reader.exe`), as Wine maps drives.

@@ -54,6 +54,62 @@ TEST_F(SpecialFolders, LieInTheHomesPrefixByDefault) {
   EXPECT_EQ(folder, Core(drive / "ProgramData"));
 }
 
+TEST_F(SpecialFolders, AreNamedAfterTheUserWithoutTheDomain) {
+  for (const char* name : {"DOM\\alice", "DOM/alice", "alice"}) {
+    const peer::Variable user("USER", name);
+    EXPECT_EQ(platform::SpecialFolder(kRoaming),
+              Core(peer::Prefix() / "drive_c/users/alice/AppData/Roaming"));
+  }
+}
+
+class MovedFolders : public SpecialFolders {
+ protected:
+  /// What the key "User Shell Folders", or another, has for both folders.
+  static void Write(const std::string& userFolders, const std::string& shellFolders) {
+    for (const auto& [file, name] :
+         {std::pair{"user.reg", "AppData"}, {"system.reg", "Common AppData"}}) {
+      std::string text = "WINE REGISTRY Version 2\n";
+      for (const auto& [key, value] :
+           {std::pair{"User Shell Folders", userFolders}, {"Shell Folders", shellFolders}}) {
+        text += R"([Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\)" + std::string(key) +
+                "] 1700000000\n\"Desktop\"=\"C:\\\\other\"\n\"" + name + "\"=" + value + "\n";
+      }
+      support::WriteBytes(peer::Prefix() / file, text);
+    }
+  }
+  static void ExpectAt(const std::string& below) {
+    for (const int csidl : {kRoaming, kCommon})
+      EXPECT_EQ(platform::SpecialFolder(csidl), Core(peer::Prefix() / below)) << csidl;
+  }
+
+  const peer::Variable mUser{"USER", "alice"};
+};
+
+TEST_F(MovedFolders, AreWhereUserShellFoldersSays) {
+  Write(R"(str(2):"%UserProfile%\\Data")", R"("C:\\elsewhere")");
+  ExpectAt("drive_c/users/alice/Data");
+  Write(R"("c:\\Data\\Own")", R"("C:\\elsewhere")");
+  ExpectAt("drive_c/Data/Own");
+  Write(R"(str(2):"%ALLUSERSPROFILE%\\Own")", R"("C:\\elsewhere")");
+  ExpectAt("drive_c/ProgramData/Own");
+}
+
+TEST_F(MovedFolders, AreWhereShellFoldersSaysElse) {
+  for (const char* unusable :
+       {R"("")", R"(str(2):"%NOWHERE%\\x")", R"("\\\\server\\share")", R"("Q:\\x")", "dword:1"}) {
+    Write(unusable, R"("C:\\Shell Data")");
+    ExpectAt("drive_c/Shell Data");
+  }
+}
+
+TEST_F(MovedFolders, AreWinesOwnWhereTheRegistryIsUnusable) {
+  Write("1", R"("Q:\\x")");
+  EXPECT_EQ(platform::SpecialFolder(kCommon), Core(peer::Prefix() / "drive_c/ProgramData"));
+  peer::WriteFile(Core(peer::Prefix() / "user.reg"), "no registry");
+  EXPECT_EQ(platform::SpecialFolder(kRoaming),
+            Core(peer::Prefix() / "drive_c/users/alice/AppData/Roaming"));
+}
+
 TEST_F(SpecialFolders, AreThoseOfTheDesktopWithoutAPrefix) {
   for (const char* prefix : {"/nowhere/prefix", "relative"}) {
     const peer::Variable elsewhere("WINEPREFIX", prefix);
