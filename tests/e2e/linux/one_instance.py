@@ -90,9 +90,17 @@ class OneInstance(scenario.Scenario):
         texts = scenario.ROOT / "assets" / "VelorVoiceSetup.Language.xml"
         (self.installation.folder / texts.name).write_bytes(texts.read_bytes())
 
-    def test_of_many_starts_at_once_one_shows_a_window(self):
+    def test_of_many_starts_at_once_in_any_environment_one_shows_a_window(self):
+        """As from the desktop, by su, from cron, by a service."""
         self.serve(CATALOGUE)
-        programs = [self.start() for _ in range(MANY)]
+        own = str(self.folder)
+        environments = [
+            {},
+            {"XDG_RUNTIME_DIR": None, "HOME": None, "USER": None},
+            {"XDG_RUNTIME_DIR": own, "HOME": own, "TMPDIR": own},
+            {"XDG_RUNTIME_DIR": "/nonexistent/folder", "USER": "other"},
+        ]
+        programs = [self.start(**environments[i % len(environments)]) for i in range(MANY)]
 
         def running():
             return [program for program in programs if not program.ended]

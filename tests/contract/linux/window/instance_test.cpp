@@ -196,6 +196,7 @@ class StartUpMessages {
     GdkWindow* const root = gdk_get_default_root_window();
     gdk_window_set_events(
         root, static_cast<GdkEventMask>(gdk_window_get_events(root) | GDK_PROPERTY_CHANGE_MASK));
+    gdk_display_sync(gdk_display_get_default());
     gdk_window_add_filter(nullptr, Look, this);
   }
   ~StartUpMessages() { gdk_window_remove_filter(nullptr, Look, this); }
@@ -224,7 +225,7 @@ TEST_F(Activation, EndsTheStartUpNotificationOfTheSecondStart) {
     g_unsetenv("DESKTOP_STARTUP_ID");
     second.ReadLine();
     EXPECT_TRUE(peer::RunUntil([&] {
-      return messages.Text().find("remove: ID=velor-start_TIME1") != std::string::npos;
+      return messages.Text().find(R"(remove: ID="velor-start_TIME1")") != std::string::npos;
     })) << title;
   }
 }
