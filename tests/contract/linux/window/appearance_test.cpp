@@ -153,6 +153,86 @@ TEST_F(Appearance, GrowsAsAWholeWithTheScaleOfTexts) {
   EXPECT_FALSE(IsCut());
 }
 
+/// A face that is installed and not the system's.
+std::string OtherFace(PangoContext* context) {
+  PangoFontFamily** families = nullptr;
+  int count = 0;
+  pango_context_list_families(context, &families, &count);
+  const platform::GMemory<PangoFontFamily*> list(families);
+  const std::string system =
+      pango_font_description_get_family(pango_context_get_font_description(context));
+  for (int i = 0; i < count; ++i) {
+    const std::string name = pango_font_family_get_name(families[i]);
+    if (name != system && name.find("Mono") != std::string::npos) return name;
+  }
+  throw std::runtime_error("no face with letters of one width is installed");
+}
+
+class Texts : public Appearance {
+ protected:
+  Texts() {
+    for (auto* control : {&label, &button}) {
+      control->SetCaption("Install");
+      control->SetWidth(3000);
+    }
+    button.SetTop(900);
+    form.Show();
+    SeePainted();
+  }
+
+  /// The label inside the button, or the label itself.
+  static GtkLabel* TextOf(const char* control) {
+    GtkWidget* const widget = widgets::WidgetOf("form", control);
+    return GTK_LABEL(GTK_IS_BIN(widget) ? gtk_bin_get_child(GTK_BIN(widget)) : widget);
+  }
+  /// The face that the text is drawn in.
+  static std::string FaceOf(const char* control) {
+    PangoLayout* const layout = gtk_label_get_layout(TextOf(control));
+    const auto* const run =
+        static_cast<PangoGlyphItem*>(pango_layout_get_line_readonly(layout, 0)->runs->data);
+    PangoFontDescription* const font = pango_font_describe(run->item->analysis.font);
+    std::string face = pango_font_description_get_family(font);
+    pango_font_description_free(font);
+    return face;
+  }
+  /// How far the text begins from its control's left edge, in pixels.
+  static int IndentOf(const char* control) {
+    int left = 0, origin = 0;
+    PangoRectangle text;
+    gtk_label_get_layout_offsets(TextOf(control), &left, nullptr);
+    pango_layout_get_pixel_extents(gtk_label_get_layout(TextOf(control)), nullptr, &text);
+    gtk_widget_translate_coordinates(widgets::WidgetOf("form", control),
+                                     GTK_WIDGET(widgets::WindowOf("form")), 0, 0, &origin, nullptr);
+    return left + text.x - origin;
+  }
+
+  platform::Form form{"form", 9000, 3000};
+  platform::Control label = form.AddControl("Label", "label", 3000, 495);
+  platform::Control button = form.AddControl("CommandButton", "button", 3000, 495);
+};
+
+TEST_F(Texts, AreDrawnInTheFaceThatIsSet) {
+  const std::string face = OtherFace(gtk_widget_get_pango_context(GTK_WIDGET(TextOf("label"))));
+  for (const char* control : {"label", "button"}) EXPECT_NE(FaceOf(control), face);
+  label.SetFont({face, 0});
+  button.SetFont({face, 0});
+  for (const char* control : {"label", "button"}) EXPECT_EQ(FaceOf(control), face) << control;
+  button.SetCaption("Cancel");
+  EXPECT_EQ(FaceOf("button"), face) << "after another caption";
+}
+
+TEST_F(Texts, BeginAtTheRightEdgeWhereSet) {
+  const int before = IndentOf("label");
+  label.SetRightToLeft(true);
+  button.SetRightToLeft(true);
+  SeePainted();
+  EXPECT_TRUE(peer::RunUntil([&] { return IndentOf("label") > before + 100; }));
+  for (const char* control : {"label", "button"})
+    EXPECT_EQ(gtk_widget_get_direction(GTK_WIDGET(TextOf(control))), GTK_TEXT_DIR_RTL) << control;
+  button.SetCaption("Cancel");
+  EXPECT_EQ(gtk_widget_get_direction(GTK_WIDGET(TextOf("button"))), GTK_TEXT_DIR_RTL);
+}
+
 /// What is asked of the first bar of the wait page, as the engine takes it.
 std::string WaitPageAnswers(const std::string& question) {
   platform::Form form("form", 9000, 6000);
