@@ -46,6 +46,8 @@ constexpr float kStatusWidth = 6900;
 constexpr float kBrowserSize = 5415;
 
 constexpr int kCheckSelectedMilliseconds = 500;
+/// A page that ends the engine every time is not to keep the machine busy.
+constexpr int kReloadMilliseconds = 60'000;
 /// How long unloading waits for the page's inputs that Install has requested.
 constexpr std::chrono::seconds kInputsLimit(2);
 
@@ -84,7 +86,8 @@ frmSelect::frmSelect(std::function<void()> whenUnloaded)
     : mForm("frmSelect", kClientWidth, kClientHeight),
       mControls(AddControls(mForm)),
       webOptions(mControls.webOptions),
-      tmrCheckSelected(kCheckSelectedMilliseconds, [this] { tmrCheckSelected_Timer(); }) {
+      tmrCheckSelected(kCheckSelectedMilliseconds, [this] { tmrCheckSelected_Timer(); }),
+      tmrReload(kReloadMilliseconds, [this] { tmrReload_Timer(); }) {
   Attempt([&] { mForm.SetCaption(kTitle); });
   mForm.OnResize([this] { Form_Resize(); });
   mForm.OnUnload([this] { Form_Unload(); });
@@ -93,6 +96,7 @@ frmSelect::frmSelect(std::function<void()> whenUnloaded)
   // A plain search, so that every link into the web is dead, whatever surrounds it.
   webOptions.OnBeforeNavigate(
       [](const std::string& address) { return core::ContainsIgnoringCase(address, "http"); });
+  webOptions.OnPageLost([this] { webOptions_PageLost(); });
   Form_Initialize();
 }
 
@@ -204,6 +208,18 @@ void frmSelect::ShowSelection(const PageInputs& inputs) {
   });
 }
 
+/// The ticks are lost. Install would replace the queue of an earlier run by an empty one.
+void frmSelect::webOptions_PageLost() {
+  mPageLost = true;
+  Attempt([&] { mControls.cmdInstall.SetEnabled(false); });
+  if (!tmrReload.Enabled()) tmrReload_Timer();
+}
+
+void frmSelect::tmrReload_Timer() {
+  tmrReload.SetEnabled(mPageLost);
+  if (std::exchange(mPageLost, false)) Attempt([&] { webOptions.Reload(); });
+}
+
 void frmSelect::cmdInstall_Click() {
   if (mInstalling) return;
   mInstalling = true;
@@ -251,6 +267,7 @@ void frmSelect::Form_Resize() {
 /// brings up no page and no second message.
 void frmSelect::Form_Unload() {
   tmrCheckSelected.SetEnabled(false);
+  tmrReload.SetEnabled(false);
   AwaitInputs();
   mProductsDoc.reset();
   mQueueDoc.reset();

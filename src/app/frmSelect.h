@@ -50,6 +50,8 @@ class frmSelect : public std::enable_shared_from_this<frmSelect> {
   void BuildVoicesPage(const platform::XmlDocument& catalogue);
   void tmrCheckSelected_Timer();
   void ShowSelection(const platform::PageInputs& inputs);
+  void webOptions_PageLost();
+  void tmrReload_Timer();
   void cmdInstall_Click();
   void Install(const platform::PageInputs& inputs);
   void AwaitInputs();
@@ -59,6 +61,8 @@ class frmSelect : public std::enable_shared_from_this<frmSelect> {
   WindowControls mControls;
   platform::WebBrowser webOptions;
   platform::Timer tmrCheckSelected;
+  /// Enabled for the minute after a page that was lost has been loaded again.
+  platform::Timer tmrReload;
 
   /// Null where there is no Windows Installer.
   std::unique_ptr<platform::WindowsInstaller> mInstaller;
@@ -75,6 +79,9 @@ class frmSelect : public std::enable_shared_from_this<frmSelect> {
   bool mAnyVoiceInstalled = false;
   /// The installer program has been started.
   bool mInstallerStarted = false;
+
+  /// The page has been lost and not been loaded again yet.
+  bool mPageLost = false;
 
   // The page answers later, so a question can be under way when the next one is due.
   bool mAskingSelection = false;

@@ -43,7 +43,9 @@ struct CommonControlsCall {
 /// The browser side of a control of kind "WebBrowser".
 struct Browser {
   std::function<bool(const std::string&)> beforeNavigate;
+  std::function<void()> pageLost;
   platform::OwnPages ownPages;
+  std::string ownPage;
   /// Every file that a navigation reached.
   std::vector<std::string> shown;
   /// The page's INPUT elements; absent for a page that cannot be read.
@@ -55,6 +57,8 @@ struct Browser {
 
   /// The user follows a link of the page; whether it led anywhere.
   bool Follow(const std::string& address);
+  /// The engine ends: the page is gone.
+  void Lose();
   /// The user ticks or unticks a box; throws when there is none with the id.
   void Tick(const std::string& id, bool checked = true);
 };

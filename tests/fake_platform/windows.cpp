@@ -32,17 +32,30 @@ WebBrowser::WebBrowser(const Control& control)
   if (mImpl->control->kind != "WebBrowser") throw std::logic_error("not a browser");
 }
 
-WebBrowser::~WebBrowser() { mImpl->control->browser.beforeNavigate = nullptr; }
+WebBrowser::~WebBrowser() {
+  mImpl->control->browser.beforeNavigate = nullptr;
+  mImpl->control->browser.pageLost = nullptr;
+}
 
 void WebBrowser::Navigate(const std::string& path) {
   mImpl->control->CheckLives();
   fake::TheWorld().journal.push_back("Navigate " + path);
+  mImpl->control->browser.ownPage = path;
   mImpl->control->browser.ownPages.Navigate(path);
-  mImpl->control->browser.Follow(path);
+  Reload();
 }
 
 void WebBrowser::OnBeforeNavigate(std::function<bool(const std::string& address)> handler) {
   mImpl->control->browser.beforeNavigate = std::move(handler);
+}
+
+void WebBrowser::OnPageLost(std::function<void()> handler) {
+  mImpl->control->browser.pageLost = std::move(handler);
+}
+
+void WebBrowser::Reload() {
+  mImpl->control->CheckLives();
+  mImpl->control->browser.Follow(mImpl->control->browser.ownPage);
 }
 
 void WebBrowser::SetBusyText(const std::string& text) {

@@ -149,6 +149,11 @@ bool Browser::Follow(const std::string& address) {
   return true;
 }
 
+void Browser::Lose() {
+  inputs.reset();
+  platform::Notify(pageLost);
+}
+
 void Browser::Tick(const std::string& id, bool checked) {
   for (auto& input : inputs.value()) {
     if (input.id != id) continue;

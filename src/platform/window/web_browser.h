@@ -47,6 +47,14 @@ class WebBrowser {
   /// it; true cancels. The address of a local file may be spelt as path or as file: URL.
   void OnBeforeNavigate(std::function<bool(const std::string& address)> handler);
 
+  /// `handler` is called from the event loop when the browser's engine has ended and taken the page
+  /// along: nothing is shown, and nothing can be read, until the next navigation. Never called
+  /// where the engine runs in the program's own process.
+  void OnPageLost(std::function<void()> handler);
+
+  /// Shows the page of the last Navigate anew.
+  void Reload();
+
   /// What assistive technology calls the element with the id "busy" in pages that have one, from
   /// the next navigation on: a file of no language says in pictures alone that something is under
   /// way.

@@ -133,8 +133,10 @@ BrowserControl::BrowserControl(const std::string& name)
   mConnections.push_back(Connect<void(WebKitLoadEvent)>(
       Widget(), "load-changed", [this](WebKitLoadEvent event) { OnLoadChanged(event); }));
   mConnections.push_back(Connect<void(WebKitWebProcessTerminationReason)>(
-      Widget(), "web-process-terminated",
-      [this](WebKitWebProcessTerminationReason) { mPageTells = false; }));
+      Widget(), "web-process-terminated", [this](WebKitWebProcessTerminationReason) {
+        mPageTells = false;
+        if (const auto handler = mPageLost) handler();
+      }));
   mConnections.push_back(Connect<void(WebKitJavascriptResult*)>(
       webkit_web_view_get_user_content_manager(View()), "script-message-received::changed",
       [this](WebKitJavascriptResult*) {
@@ -184,6 +186,7 @@ bool BrowserControl::TakeFocus(GtkDirectionType direction) {
 
 void BrowserControl::End() {
   mBeforeNavigate = nullptr;
+  mPageLost = nullptr;
   mConnections.clear();
   NativeControl::End();
 }
@@ -192,10 +195,15 @@ void BrowserControl::Navigate(const std::string& nativePath) {
   GErrorCheck error;
   const GMemory<char> address(g_filename_to_uri(nativePath.c_str(), nullptr, error.Out()));
   error.Check();
-  WebKitWebView* const view = View();
+  mAddress = address.get();
   mOwnPages.Navigate(nativePath);
-  webkit_web_view_load_uri(view, address.get());
+  Reload();
 }
+
+// The view's own function would load what it showed last, which may be an earlier page.
+void BrowserControl::Reload() { webkit_web_view_load_uri(View(), mAddress.c_str()); }
+
+void BrowserControl::SetPageLost(std::function<void()> handler) { mPageLost = std::move(handler); }
 
 void BrowserControl::SetBeforeNavigate(std::function<bool(const std::string&)> handler) {
   mBeforeNavigate = std::move(handler);

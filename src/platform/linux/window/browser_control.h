@@ -29,9 +29,11 @@ class BrowserControl : public NativeControl {
   void End() override;
 
   void Navigate(const std::string& nativePath);
+  void Reload();
 
   /// Asked before every navigation; true cancels.
   void SetBeforeNavigate(std::function<bool(const std::string&)> handler);
+  void SetPageLost(std::function<void()> handler);
   void SetBusyText(const std::string& text) { mBusyText = text; }
 
   /// What the page's own word says of its boxes: whether they may be different from when
@@ -47,7 +49,9 @@ class BrowserControl : public NativeControl {
   bool IsRefused(WebKitNavigationAction* action);
 
   std::function<bool(const std::string&)> mBeforeNavigate;
+  std::function<void()> mPageLost;
   OwnPages mOwnPages;
+  std::string mAddress;
   std::string mBusyText;
   std::vector<SignalConnection> mConnections;
   /// The page shown has said that it will tell of changes.

@@ -87,13 +87,22 @@ WebBrowser::WebBrowser(const Control& control) : mImpl(std::make_shared<Impl>())
   if (!mImpl->control) throw std::logic_error("not a WebBrowser: " + control.Kind());
 }
 
-WebBrowser::~WebBrowser() { mImpl->control->SetBeforeNavigate(nullptr); }
+WebBrowser::~WebBrowser() {
+  mImpl->control->SetBeforeNavigate(nullptr);
+  mImpl->control->SetPageLost(nullptr);
+}
 
 void WebBrowser::Navigate(const std::string& path) { mImpl->control->Navigate(NativePath(path)); }
 
 void WebBrowser::OnBeforeNavigate(std::function<bool(const std::string& address)> handler) {
   mImpl->control->SetBeforeNavigate(std::move(handler));
 }
+
+void WebBrowser::OnPageLost(std::function<void()> handler) {
+  mImpl->control->SetPageLost(std::move(handler));
+}
+
+void WebBrowser::Reload() { mImpl->control->Reload(); }
 
 void WebBrowser::SetBusyText(const std::string& text) { mImpl->control->SetBusyText(text); }
 

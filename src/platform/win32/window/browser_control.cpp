@@ -196,6 +196,11 @@ void BrowserControl::Navigate(const std::string& path) {
   Check(mBrowser->Navigate2(&address, &nothing, &nothing, &nothing, &nothing));
 }
 
+void BrowserControl::Reload() {
+  Window();
+  Check(mBrowser->Refresh());
+}
+
 ComPtr<IDispatch> BrowserControl::Document() const {
   ComPtr<IDispatch> document;
   Check(mBrowser->get_Document(document.Out()));

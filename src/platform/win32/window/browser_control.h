@@ -32,6 +32,7 @@ class BrowserControl final : public NativeControl {
   void SetBeforeNavigate(std::function<bool(const std::string&)> handler);
   void SetBusyText(const std::string& text) { mBusyText = text; }
   void Navigate(const std::string& path);
+  void Reload();
   /// The page, or nothing where none is shown.
   ComPtr<IDispatch> Document() const;
 

@@ -66,6 +66,11 @@ void WebBrowser::OnBeforeNavigate(std::function<bool(const std::string& address)
   mImpl->control->SetBeforeNavigate(std::move(handler));
 }
 
+// The control is part of this process, and ends with it alone.
+void WebBrowser::OnPageLost(std::function<void()>) {}
+
+void WebBrowser::Reload() { mImpl->control->Reload(); }
+
 void WebBrowser::SetBusyText(const std::string& text) { mImpl->control->SetBusyText(text); }
 
 void WebBrowser::ReadInputs(std::function<void(const PageInputs&)> answer) {

@@ -226,14 +226,21 @@ TEST_F(Safety, NothingIsLeftInTheHome) {
   EXPECT_TRUE(webkit_web_view_is_ephemeral(View()));
 }
 
-TEST_F(Safety, ACrashedPageIsUnreadableAndTheNextOneIsShown) {
+TEST_F(Safety, ACrashedPageIsReportedUnreadableAndShownAgain) {
   Show("", "");
+  int lost = 0;
+  browser.OnPageLost([&] { ++lost; });
   webkit_web_view_terminate_web_process(View());
+  EXPECT_TRUE(peer::RunUntil([&] { return lost == 1; }));
   bool answered = false;
   browser.ReadInputs([&](const platform::PageInputs&) { answered = true; });
   EXPECT_TRUE(peer::RunUntil([&] { return answered; }));
+  browser.Reload();
+  const auto inputs = [&] { return Ask("document.querySelectorAll('input').length"); };
+  EXPECT_TRUE(peer::RunUntil([&] { return inputs() == "1"; }));
   Show("", "<input id=again>");
-  EXPECT_EQ(Ask("document.querySelectorAll('input').length"), "2");
+  EXPECT_TRUE(peer::RunUntil([&] { return inputs() == "2"; }));
+  EXPECT_EQ(lost, 1);
 }
 
 }  // namespace
