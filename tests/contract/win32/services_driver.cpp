@@ -89,6 +89,8 @@ std::wstring PackedCode(const std::string& code) {
 }
 
 constexpr NotKept kNotKept[] = {
+    {"WinHttpRules.AProxyOnTheNetworkGetsTheLogonAndNoPassword", true,
+     "Wine's WinHTTP does not return a proxy's answer to CONNECT"},
     {"Xml.EndsAQuestionThatIsMeantToBeSlow", false,
      "MSXML has no limit for the work that one question takes"},
     {"Xml.RefusesPrefixesThatNothingDeclares", true, "Wine's MSXML drops such a prefix"},

@@ -3,6 +3,7 @@
 //
 // SPDX-License-Identifier: MIT
 #include <windows.h>
+#include <winsock2.h>
 
 #include <atomic>
 #include <condition_variable>
@@ -10,6 +11,7 @@
 #include <map>
 #include <mutex>
 #include <optional>
+#include <stdexcept>
 #include <utility>
 
 #include "platform/shared/documents/http_download.h"
@@ -61,6 +63,8 @@ struct Watch {
   std::vector<std::pair<DWORD, DWORD>> options;
   bool hasSystemProxy = true;
   std::vector<bool> scriptLogons;
+  /// "host:port" of the proxy to be used in place of the user's.
+  std::wstring proxy;
 };
 
 Watch& watch() {
@@ -129,7 +133,10 @@ HINTERNET ForgetRequest(HINTERNET handle) {
 HINTERNET WINAPI Open(const wchar_t* agent, DWORD access, const wchar_t* proxy,
                       const wchar_t* bypass, DWORD flags) {
   if (access == WINHTTP_ACCESS_TYPE_AUTOMATIC_PROXY && !watch().hasSystemProxy) return nullptr;
-  return ForgetRequest(watch().system.open(agent, access, proxy, bypass, flags));
+  const bool isReplaced = !watch().proxy.empty();
+  return ForgetRequest(
+      watch().system.open(agent, isReplaced ? WINHTTP_ACCESS_TYPE_NAMED_PROXY : access,
+                          isReplaced ? watch().proxy.c_str() : proxy, bypass, flags));
 }
 
 HINTERNET WINAPI Connect(HINTERNET session, const wchar_t* host, INTERNET_PORT port,
@@ -208,17 +215,21 @@ BOOL WINAPI QueryHeaders(HINTERNET request, DWORD header, const wchar_t* name, v
   return found;
 }
 
-BOOL WINAPI QueryAuthSchemes(HINTERNET, DWORD* schemes, DWORD* first, DWORD* target) {
+BOOL WINAPI QueryAuthSchemes(HINTERNET request, DWORD* schemes, DWORD* first, DWORD* target) {
+  if (!watch().proxy.empty()) {
+    return watch().system.queryAuthSchemes(request, schemes, first, target);
+  }
   *schemes = watch().schemes;
   *first = WINHTTP_AUTH_SCHEME_BASIC;
   *target = watch().challenger;
   return TRUE;
 }
 
-BOOL WINAPI SetCredentials(HINTERNET, DWORD target, DWORD scheme, const wchar_t* name,
-                           const wchar_t* password, void*) {
+BOOL WINAPI SetCredentials(HINTERNET request, DWORD target, DWORD scheme, const wchar_t* name,
+                           const wchar_t* password, void* reserved) {
   watch().credentials.push_back({target, scheme, name || password});
-  return TRUE;
+  return watch().proxy.empty() ||
+         watch().system.setCredentials(request, target, scheme, name, password, reserved);
 }
 
 BOOL WINAPI CloseHandle(HINTERNET handle) {
@@ -267,6 +278,7 @@ class WinHttpRules : public ServiceCase {
       all.knowsProxyOnly = all.hasSystemProxy = true;
       all.options.clear();
       all.scriptLogons.clear();
+      all.proxy.clear();
     }
     platform::WinHttp& http = TheWinHttp();
     http.open = Open;
@@ -348,7 +360,7 @@ TEST_F(WinHttpRules, NoCallBeginsOrClosesWhileAnotherIsUnderWay) {
 TEST_F(WinHttpRules, TheBodyEndsWhereReadingEnds) {
   watch().falseEnds = 2;
   const std::string body(100'000, 'x');
-  EXPECT_EQ(Get(On("/file/" + File(body))), body);
+  EXPECT_TRUE(Get(On("/file/" + File(body))) == body);
 }
 
 TEST_F(WinHttpRules, AProxyGetsTheWindowsLogonAndTheRequestIsSentOnceMore) {
@@ -426,6 +438,91 @@ TEST_F(WinHttpRules, EachAddressThatIsTriedHasTheIdleLimitForItself) {
     EXPECT_FALSE(peer::RunUntil([&] { return answered; }, milliseconds(400)));
   }
   EXPECT_TRUE(peer::RunUntil([&] { return answered; }));
+}
+
+/// A proxy on this machine that answers every request with a challenge, and keeps what it was sent.
+class ChallengingProxy {
+ public:
+  ChallengingProxy() {
+    WSADATA ignored;
+    WSAStartup(MAKEWORD(2, 2), &ignored);
+    mListener = socket(AF_INET, SOCK_STREAM, 0);
+    mAddress.sin_family = AF_INET;
+    mAddress.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    int length = sizeof mAddress;
+    if (bind(mListener, reinterpret_cast<sockaddr*>(&mAddress), length) != 0 ||
+        listen(mListener, SOMAXCONN) != 0 ||
+        getsockname(mListener, reinterpret_cast<sockaddr*>(&mAddress), &length) != 0) {
+      throw std::runtime_error("no port is free");
+    }
+    mThread = CreateThread(nullptr, 0, Answer, this, 0, nullptr);
+  }
+  ~ChallengingProxy() {
+    // One more client, so that the thread sees the end.
+    mEnding = true;
+    const SOCKET client = socket(AF_INET, SOCK_STREAM, 0);
+    connect(client, reinterpret_cast<sockaddr*>(&mAddress), sizeof mAddress);
+    closesocket(client);
+    WaitForSingleObject(mThread, INFINITE);
+    ::CloseHandle(mThread);
+    closesocket(mListener);
+  }
+  ChallengingProxy(const ChallengingProxy&) = delete;
+  ChallengingProxy& operator=(const ChallengingProxy&) = delete;
+
+  std::wstring Address() const { return L"127.0.0.1:" + std::to_wstring(ntohs(mAddress.sin_port)); }
+  std::vector<std::string> Requests() {
+    const std::lock_guard lock(mMutex);
+    return mRequests;
+  }
+
+ private:
+  static DWORD WINAPI Answer(void* data) {
+    auto& proxy = *static_cast<ChallengingProxy*>(data);
+    SOCKET client = INVALID_SOCKET;
+    while ((client = accept(proxy.mListener, nullptr, nullptr)) != INVALID_SOCKET) {
+      if (!proxy.mEnding) proxy.AnswerOne(client);
+      closesocket(client);
+      if (proxy.mEnding) break;
+    }
+    return 0;
+  }
+  void AnswerOne(SOCKET client) {
+    std::string request;
+    char buffer[1024];
+    for (int count = 0; request.find("\r\n\r\n") == std::string::npos &&
+                        (count = recv(client, buffer, sizeof buffer, 0)) > 0;) {
+      request.append(buffer, static_cast<std::size_t>(count));
+    }
+    {
+      const std::lock_guard lock(mMutex);
+      mRequests.push_back(request);
+    }
+    constexpr std::string_view kChallenge =
+        "HTTP/1.1 407 Proxy Authentication Required\r\nProxy-Authenticate: NTLM\r\n"
+        "Proxy-Authenticate: Basic realm=\"x\"\r\nContent-Length: 0\r\nConnection: close\r\n\r\n";
+    send(client, kChallenge.data(), static_cast<int>(kChallenge.size()), 0);
+    shutdown(client, SD_SEND);
+  }
+
+  SOCKET mListener = INVALID_SOCKET;
+  sockaddr_in mAddress = {};
+  std::atomic<bool> mEnding = false;
+  HANDLE mThread = nullptr;
+  std::mutex mMutex;
+  std::vector<std::string> mRequests;
+};
+
+TEST_F(WinHttpRules, AProxyOnTheNetworkGetsTheLogonAndNoPassword) {
+  ChallengingProxy proxy;
+  watch().proxy = proxy.Address();
+  EXPECT_EQ(Get(On("/file/" + File("body"))), std::nullopt);
+  const auto requests = proxy.Requests();
+  EXPECT_THAT(requests, testing::Each(testing::StartsWith("CONNECT localhost:")));
+  EXPECT_THAT(requests, testing::Contains(testing::HasSubstr("Proxy-Authorization: NTLM ")));
+  EXPECT_THAT(requests, testing::Each(testing::Not(testing::HasSubstr("Basic "))));
+  const Credentials expected = {WINHTTP_AUTH_TARGET_PROXY, WINHTTP_AUTH_SCHEME_NTLM, false};
+  EXPECT_THAT(watch().credentials, testing::ElementsAre(expected));
 }
 
 }  // namespace
