@@ -9,6 +9,9 @@ import accessible
 import desktop
 
 CATALOGUE = catalogue(Voice("7", "Ágnes", "Hungarian", 75_000_000))
+LOADING = "Loading voices…"
+LONG_SECONDS = 11
+AT_ONCE_SECONDS = 2
 CLOSED_AFTER_SECONDS = (0, 0.05, 0.15, 0.3)
 
 
@@ -30,6 +33,22 @@ class Closing(scenario.Scenario):
     def test_closing_while_waiting_shows_the_prompt_and_gives_up_the_download(self):
         server = self.serve(CATALOGUE, hold=True)
         self.end_without_another_message(self.close_while_waiting(server))
+
+    def test_while_a_catalogue_takes_long_nothing_changes_and_the_window_closes_at_once(self):
+        server = self.serve(CATALOGUE, hold=True)
+        program = self.start()
+        self.see(lambda: program.page(scenario.WAIT_PAGE), "the wait page")
+        self.see_status(program, LOADING)
+        self.see(server.asked.is_set, "the request for the catalogue")
+        begin = time.monotonic()
+        while time.monotonic() - begin < LONG_SECONDS:
+            self.assertIsNotNone(program.page(scenario.WAIT_PAGE))
+            self.assertEqual(LOADING, program.status())
+            self.assertEqual([], program.messages())
+        self.ask_to_close(program)
+        message = [(scenario.TITLE, scenario.PROMPT)]
+        self.see(lambda: program.messages() == message, "the prompt", AT_ONCE_SECONDS)
+        self.end_without_another_message(program)
 
     def test_a_catalogue_that_comes_while_the_prompt_is_shown_changes_nothing(self):
         server = self.serve(CATALOGUE, hold=True)

@@ -1,7 +1,10 @@
 #!/usr/bin/python3
 # A catalogue that cannot be had: the window goes, two messages come, and between them the command
 # that was given for this case. SPDX-License-Identifier: MIT
+import pathlib
+import re
 import subprocess
+import sys
 
 import scenario
 from catalogue import Voice, catalogue
@@ -25,6 +28,28 @@ class FailedDownload(scenario.Scenario):
 
     def test_without_a_server_both_messages_are_shown(self):
         self.see_failure(self.start())
+
+    def is_connected(self):
+        """Whether somebody has a connection with the server."""
+        entries = pathlib.Path("/proc/net/tcp").read_text() + pathlib.Path("/proc/net/tcp6").read_text()
+        return re.search(rf":{scenario.build.port:04X} \S+ 01 ", entries) is not None
+
+    def test_a_server_that_is_killed_while_it_is_waited_for_is_a_failure_within_two_seconds(self):
+        authority = scenario.build.authority.parent
+        command = [
+            sys.executable, scenario.ROOT / "demo" / "server.py", "--certificate", authority / "server.pem",
+            "--key", authority / "server.key", "--port", str(scenario.build.port), "--delay", "60",
+        ]
+        with subprocess.Popen(command, stdout=subprocess.PIPE) as server:
+            self.addCleanup(server.kill)
+            server.stdout.readline()  # it listens
+            program = self.start()
+            self.see(lambda: program.page(scenario.WAIT_PAGE), "the wait page")
+            self.see(self.is_connected, "the request for the catalogue")
+            server.kill()
+        failure = [(scenario.TITLE, scenario.FAILURE)]
+        self.see(lambda: program.messages() == failure, "the message", 2)
+        self.see_failure(program)
 
     def test_a_status_of_failure_counts_though_a_catalogue_comes_with_it(self):
         self.serve(CATALOGUE, fail="not-found")

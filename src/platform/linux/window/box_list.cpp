@@ -22,7 +22,7 @@ constexpr const char* kStyleSheet = R"(
   table { border-spacing: 0; }
   td { padding: 0; }
   td:first-child { width: 32px; }
-  td[align=right] { padding-left: 8px; white-space: nowrap; }
+  td[align=right] { width: 1px; padding-left: 8px; white-space: nowrap; }
   label { display: block; padding: 4px; line-height: 20px; }
   input[type=checkbox] {
     appearance: none; display: block; position: relative;
@@ -42,8 +42,10 @@ constexpr const char* kStyleSheet = R"(
     input:checked::before { background: CanvasText; border-color: CanvasText; }
     input:checked::after { border-color: Canvas; }
   }
-  @media (max-width: 300px) {
+  @media (max-width: 160px) {
     body { padding: 4px !important; margin: 0; }
+    h2 { font-size: 1.2em; margin: 4px 0; }
+    td, td[align=right] { display: block; width: auto; padding: 0; white-space: normal; }
   }
 )";
 

@@ -188,6 +188,7 @@ void BrowserControl::End() {
   mBeforeNavigate = nullptr;
   mPageLost = nullptr;
   mConnections.clear();
+  mZoom.reset();
   NativeControl::End();
 }
 

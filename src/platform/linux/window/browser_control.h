@@ -7,11 +7,13 @@
 #include <webkit2/webkit2.h>
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/linux/signals.h"
 #include "platform/linux/window/native_control.h"
+#include "platform/linux/window/page_zoom.h"
 #include "platform/shared/window/own_pages.h"
 
 namespace platform {
@@ -26,6 +28,7 @@ class BrowserControl : public NativeControl {
 
   WebKitWebView* View() const { return WEBKIT_WEB_VIEW(Widget()); }
   bool TakeFocus(GtkDirectionType direction) override;
+  bool HandleKey(const GdkEventKey& key) override { return mZoom && mZoom->HandleKey(key); }
   void End() override;
 
   void Navigate(const std::string& nativePath);
@@ -54,6 +57,7 @@ class BrowserControl : public NativeControl {
   std::string mAddress;
   std::string mBusyText;
   std::vector<SignalConnection> mConnections;
+  std::optional<PageZoom> mZoom{View()};
   /// The page shown has said that it will tell of changes.
   bool mPageTells = false;
   bool mChanged = true;

@@ -66,6 +66,7 @@ class NativeForm final : public Form::Impl, FormAreaOwner {
   void PlaceChildren(int newWidth, int newHeight) override;
   bool MoveFocus(GtkDirectionType direction) override;
   bool FocusNext(GtkDirectionType direction) const;
+  bool HandleKey(GdkEventKey& key);
   bool IsTabAgain(GdkEventKey& key);
 
   int mWidth;
@@ -98,7 +99,7 @@ NativeForm::NativeForm(const std::string& name, float clientWidth, float clientH
     return TRUE;  // the window goes by Unload, or has gone already
   });
   mKey = Connect<gboolean(GdkEventKey*)>(mWindow.Get(), "key-press-event",
-                                         [this](GdkEventKey* key) { return IsTabAgain(*key); });
+                                         [this](GdkEventKey* key) { return HandleKey(*key); });
   Windows().push_back(Window());
 }
 
@@ -149,6 +150,12 @@ bool NativeForm::MoveFocus(GtkDirectionType direction) {
   // Beyond the last control GTK asks once more, from no control at all.
   if (!event && left) mPageLeft = left;
   return FocusNext(direction);
+}
+
+bool NativeForm::HandleKey(GdkEventKey& key) {
+  return IsTabAgain(key) || std::ranges::any_of(controls, [&](const auto& control) {
+           return Native(control).HandleKey(key);
+         });
 }
 
 /// WebKit first lets Tab leave the page and then hands the same key on as one that the page did not

@@ -29,6 +29,9 @@ class NativeControl : public Control::Impl {
   /// Tab has come here: false when there is nothing, or nothing more, to focus.
   virtual bool TakeFocus(GtkDirectionType direction);
 
+  /// A key that was pressed anywhere in the window. Returns true if the control handled it.
+  virtual bool HandleKey(const GdkEventKey&) { return false; }
+
   /// Throws std::logic_error when the form has gone.
   GtkWidget* Widget() const { return mWidget.Get(); }
   bool Lives() const { return static_cast<bool>(mWidget); }

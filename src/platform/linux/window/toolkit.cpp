@@ -14,6 +14,8 @@
 namespace platform {
 namespace {
 
+constexpr const char* kPreferDark = "gtk-application-prefer-dark-theme";
+
 void SetWindowIcons() {
   GList* icons = nullptr;
   for (const char* size : {"16", "32", "48", "128", "256"}) {
@@ -39,6 +41,18 @@ int ScaleFactor() {
   return monitor ? gdk_monitor_get_scale_factor(monitor) : 1;
 }
 
+/// WebKit takes this theme for a light one, and any theme for dark where dark ones are preferred.
+void FollowTheme(GtkSettings* settings, GParamSpec*, gpointer) {
+  gchar* setting = nullptr;
+  g_object_get(settings, "gtk-theme-name", &setting, nullptr);
+  const GMemory<gchar> theme(setting);
+  if (TextOf(theme.get()) == "HighContrastInverse") {
+    g_object_set(settings, kPreferDark, TRUE, nullptr);
+  } else {
+    gtk_settings_reset_property(settings, kPreferDark);
+  }
+}
+
 /// A page of check boxes needs no graphics card. The settings of a view say the same; but WebKit
 /// would have looked for one and started its driver before it reads them. A compiler for scripts
 /// would take seven megabytes, and is what most holes in an engine are found in.
@@ -59,6 +73,9 @@ bool StartToolkit() {
   // No arguments are passed: the command line is the program's alone.
   if (!gtk_init_check(nullptr, nullptr)) return false;
   SetWindowIcons();
+  GtkSettings* const settings = gtk_settings_get_default();
+  g_signal_connect(settings, "notify::gtk-theme-name", G_CALLBACK(FollowTheme), nullptr);
+  FollowTheme(settings, nullptr, nullptr);
   return true;
 }
 
