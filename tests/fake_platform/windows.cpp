@@ -129,7 +129,7 @@ void Control::SetToolTipText(const std::string& text) { Set("ToolTipText", toolT
 void Control::SetEnabled(bool newState) { Set("Enabled", enabled, newState); }
 
 void Control::OnClick(std::function<void()>&& handler) {
-  if (!Has("Click")) Impl::OnClick(std::move(handler));
+  if (!Has("Click")) return Impl::OnClick(std::move(handler));
   onClick = std::move(handler);
 }
 

@@ -80,8 +80,9 @@ int Play(const std::string& argument) {
   return 2;
 }
 
-Player::Player(const std::string& role) {
-  const std::string program = std::filesystem::read_symlink("/proc/self/exe").string();
+std::string OwnProgram() { return std::filesystem::read_symlink("/proc/self/exe").string(); }
+
+Player::Player(const std::string& role, const std::string& program) {
   const std::string argument = "--role=" + role;
   platform::GErrorCheck error;
   mProcess = platform::GRef<GSubprocess>::Adopt(g_subprocess_new(

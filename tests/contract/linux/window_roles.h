@@ -11,13 +11,17 @@
 
 namespace roles {
 
+/// The file of this process.
+std::string OwnProgram();
+
 /// Does what the argument "--role=..." says; the process's exit code.
 int Play(const std::string& argument);
 
 /// A process in a role. Ended with the object.
 class Player {
  public:
-  explicit Player(const std::string& role);
+  /// Of this program's file, or of a copy of it.
+  explicit Player(const std::string& role, const std::string& program = OwnProgram());
   ~Player();
   Player(const Player&) = delete;
   Player& operator=(const Player&) = delete;

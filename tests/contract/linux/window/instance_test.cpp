@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -35,6 +36,8 @@ constexpr std::array kVariables = {"XDG_RUNTIME_DIR", "HOME", "TMPDIR", "USER"};
 /// What a start by another way (a service, another shell, cron) leaves in the environment.
 class Instances : public testing::Test {
  protected:
+  /// This process is an instance of its own program file; the cases are about a copy of it.
+  Instances() { std::filesystem::copy_file(roles::OwnProgram(), mProgram); }
   ~Instances() override {
     for (std::size_t i = 0; i < kVariables.size(); ++i) Set(kVariables.at(i), mEarlier.at(i));
   }
@@ -59,7 +62,7 @@ class Instances : public testing::Test {
     std::vector<std::unique_ptr<Player>> players;
     for (int i = 0; i < kStarts; ++i) {
       UseEnvironment(i);
-      players.push_back(std::make_unique<Player>("instance"));
+      players.push_back(std::make_unique<Player>("instance", mProgram));
     }
     std::vector<std::string> answers;
     for (const auto& player : players) answers.push_back(player->ReadLine());
@@ -73,6 +76,11 @@ class Instances : public testing::Test {
   }
 
   support::TemporaryFolder mFolder;
+
+ protected:
+  const std::string mProgram = (mFolder.Path() / "program").string();
+
+ private:
   const std::array<std::optional<std::string>, kVariables.size()> mEarlier = {
       Get(kVariables[0]), Get(kVariables[1]), Get(kVariables[2]), Get(kVariables[3])};
 };
@@ -114,7 +122,7 @@ TEST_F(Instances, OfThirtySimultaneousStartsInAnyEnvironmentExactlyOneIsTheFirst
 
 TEST_F(Instances, ExactlyOneIsTheFirstWhereTheSocketsNameIsHeldBySomebodyElse) {
   const auto before = LockNames();
-  Player first("instance");
+  Player first("instance", mProgram);
   EXPECT_EQ(first.ReadLine(), "first");
   auto names = LockNames();
   std::erase_if(names, [&](const auto& name) { return std::ranges::count(before, name) > 0; });
@@ -127,26 +135,26 @@ TEST_F(Instances, ExactlyOneIsTheFirstWhereTheSocketsNameIsHeldBySomebodyElse) {
 }
 
 TEST_F(Instances, TheNextStartIsTheFirstAgainWhenTheFirstHasEnded) {
-  Player first("instance");
+  Player first("instance", mProgram);
   EXPECT_EQ(first.ReadLine(), "first");
-  EXPECT_EQ(Player("instance").ReadLine(), "second");
+  EXPECT_EQ(Player("instance", mProgram).ReadLine(), "second");
   first.Dismiss();
-  EXPECT_EQ(Player("instance").ReadLine(), "first");
+  EXPECT_EQ(Player("instance", mProgram).ReadLine(), "first");
 }
 
 TEST_F(Instances, ACrashReleasesTheLock) {
-  Player first("instance");
+  Player first("instance", mProgram);
   EXPECT_EQ(first.ReadLine(), "first");
   first.Kill();
-  EXPECT_EQ(Player("instance").ReadLine(), "first");
+  EXPECT_EQ(Player("instance", mProgram).ReadLine(), "first");
 }
 
 TEST_F(Instances, AStartedProgramDoesNotHoldTheLockOn) {
-  Player first("instance-with-child");
+  Player first("instance-with-child", mProgram);
   EXPECT_EQ(first.ReadLine(), "first");
   const int child = std::stoi(first.ReadLine());
   first.Dismiss();
-  EXPECT_EQ(Player("instance").ReadLine(), "first");
+  EXPECT_EQ(Player("instance", mProgram).ReadLine(), "first");
   EXPECT_EQ(kill(child, SIGTERM), 0) << "the child had ended before";
 }
 
