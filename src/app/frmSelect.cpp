@@ -169,11 +169,13 @@ void frmSelect::ReportFailedCatalogue() {
 }
 
 void frmSelect::BuildVoicesPage(const XmlDocument& catalogue) {
+  std::vector<clsVoice> voices;
   VoicesPage page;
   Attempt([&] {
-    page = BuildPage(ReadCatalogue(catalogue.DocumentElement(), modI18N2::GetLanguage1(),
-                                   mInstaller.get()),
-                     Text,
+    voices = ReadCatalogue(catalogue.DocumentElement(), modI18N2::GetLanguage1(), mInstaller.get());
+  });
+  Attempt([&] {
+    page = BuildPage(std::move(voices), Text,
                      {DefaultVoice("Speech.Voice1", 1), DefaultVoice("Speech.Voice2", 2)},
                      mQueueDoc ? mQueueDoc->DocumentElement() : XmlNode(), mInstaller.get());
   });

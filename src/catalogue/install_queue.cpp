@@ -34,7 +34,7 @@ struct Boxes {
 /// An id of this kind could bring other ids with it: "7</item><item>9".
 void CheckIsPlain(const std::string& id) {
   if (id.find_first_of("<&") != std::string::npos) {
-    throw std::invalid_argument("an id that holds markup cannot be queued");
+    throw std::runtime_error("an id that holds markup cannot be queued");
   }
 }
 

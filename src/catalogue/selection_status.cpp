@@ -14,8 +14,8 @@ Selection CountSelection(const std::vector<platform::InputState>& inputs,
   for (std::size_t i = 0; i < inputs.size(); ++i) {
     if (!inputs[i].checked || inputs[i].disabled) continue;
     core::Attempt([&] { selection.count = core::Add16(selection.count, 1); });
-    core::Attempt(
-        [&] { selection.megabytes = core::Add16(selection.megabytes, offered.at(i).Size); });
+    if (i >= offered.size()) continue;
+    core::Attempt([&] { selection.megabytes = core::Add16(selection.megabytes, offered[i].Size); });
   }
   return selection;
 }

@@ -23,9 +23,9 @@ Number NumberFromText(std::string_view text) {
   if (digits.starts_with('+') && !digits.starts_with("+-")) digits.remove_prefix(1);
   Number number{};
   const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-  if (error == std::errc::result_out_of_range) throw std::out_of_range("number too large");
+  if (error == std::errc::result_out_of_range) throw std::overflow_error("number too large");
   if (error != std::errc() || end != digits.data() + digits.size()) {
-    throw std::invalid_argument("not a whole number");
+    throw std::runtime_error("not a whole number");
   }
   return number;
 }
@@ -93,7 +93,7 @@ std::int16_t Add16(std::int16_t left, std::int16_t right) {
   const int sum = left + right;
   if (sum < std::numeric_limits<std::int16_t>::min() ||
       sum > std::numeric_limits<std::int16_t>::max()) {
-    throw std::out_of_range("the sum needs more than 16 bits");
+    throw std::overflow_error("the sum needs more than 16 bits");
   }
   return static_cast<std::int16_t>(sum);
 }

@@ -33,7 +33,7 @@ std::string ReplaceAll(std::string text, std::string_view part, std::string_view
 std::vector<std::string> Split(std::string_view text, std::string_view separator);
 
 /// The whole number that `text` is: an optional sign and decimal digits, blanks allowed around.
-/// Throws std::invalid_argument for anything else and std::out_of_range beyond the type.
+/// Throws std::overflow_error beyond the type and std::runtime_error for anything else.
 std::int32_t Int32FromText(std::string_view text);
 std::int16_t Int16FromText(std::string_view text);
 
@@ -41,7 +41,7 @@ std::int16_t Int16FromText(std::string_view text);
 /// begins with none. A number beyond the type becomes the nearest one that fits.
 std::int16_t LeadingNumber(std::string_view text);
 
-/// The sum; throws std::out_of_range where it does not fit in 16 bits.
+/// The sum; throws std::overflow_error where it does not fit in 16 bits.
 std::int16_t Add16(std::int16_t left, std::int16_t right);
 
 }  // namespace core

@@ -48,7 +48,8 @@ std::vector<XmlNode> Candidates(const XmlNode& root, const std::string& key,
                                 const LanguageChain& chain) {
   const std::array<std::string_view, 5> languages = {chain.language, chain.fallback,
                                                      chain.secondFallback, "en", "en-gb"};
-  if (std::ranges::any_of(languages, [](auto id) { return id.find('"') != id.npos; })) return {};
+  if (!root || std::ranges::any_of(languages, [](auto id) { return id.find('"') != id.npos; }))
+    return {};
   std::vector<XmlNode> contents = root.SelectNodes(ContentQuery(key));
   std::erase_if(contents, [&](const XmlNode& content) {
     const auto language = content.Attribute("language");
@@ -78,7 +79,7 @@ std::string Padded(const std::string& text) {
 
 /// No node for a query that is malformed, or that is put to no node.
 XmlNode SelectSingle(const XmlNode& node, const std::string& query) {
-  return AttemptOr(XmlNode(), [&] { return node.SelectSingleNode(query); });
+  return AttemptOr(XmlNode(), [&] { return node ? node.SelectSingleNode(query) : XmlNode(); });
 }
 
 /// The content for the first language of the chain that has one, without "en" to fall back to.

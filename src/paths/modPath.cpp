@@ -74,7 +74,7 @@ bool BooleanFromText(const std::string& text) {
   const char* const last = digits.data() + digits.size();
   const auto [end, error] =
       std::from_chars(digits.data(), last, number, std::chars_format::general);
-  if (error != std::errc() || end != last) throw std::invalid_argument("not a Boolean");
+  if (error != std::errc() || end != last) throw std::runtime_error("not a Boolean");
   return number != 0;
 }
 

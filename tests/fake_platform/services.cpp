@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "platform/documents/files.h"
+#include "platform/errors.h"
 #include "platform/shared/documents/document_files.h"
 #include "platform/shared/documents/http_download.h"
 #include "platform/system/program.h"
@@ -61,7 +62,12 @@ void ActivateWindow(const std::string& title) {
   world.activated.push_back(title);
 }
 
-std::string SpecialFolder(int csidl) { return fake::TheWorld().specialFolders.at(csidl); }
+std::string SpecialFolder(int csidl) {
+  const auto& folders = fake::TheWorld().specialFolders;
+  const auto folder = folders.find(csidl);
+  if (folder == folders.end()) throw NotFound("no such folder");
+  return folder->second;
+}
 
 void RunCommandLine(const std::string& commandLine) {
   auto& world = fake::TheWorld();

@@ -14,13 +14,6 @@
 
 namespace platform {
 
-/// Runs what a C callback has to do. An exception must not cross the library's frames, and there is
-/// nobody above them to tell.
-template <std::invocable Step>
-void Guard(Step&& step) noexcept {
-  core::Attempt(std::forward<Step>(step));
-}
-
 /// A signal connection that lasts as long as this object. It may end inside its own handler: the
 /// library keeps the handler until the emission is over.
 class SignalConnection {
@@ -57,7 +50,7 @@ struct SignalCall<Result(Arguments...)> {
   static Result Run(gpointer, Arguments... arguments, gpointer handler) {
     const Handler& call = *static_cast<Handler*>(handler);
     if constexpr (std::is_void_v<Result>) {
-      Guard([&] { call(arguments...); });
+      core::Attempt([&] { call(arguments...); });
     } else {
       return core::AttemptOr(Result{}, [&] { return call(arguments...); });
     }

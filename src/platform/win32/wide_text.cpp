@@ -8,12 +8,14 @@
 #include <limits>
 #include <stdexcept>
 
+#include "platform/errors.h"
+
 namespace platform {
 namespace {
 
 int Length(std::size_t size) {
   if (size > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
-    throw std::length_error("the text is too long");
+    throw Unsupported("the text is too long");
   }
   return static_cast<int>(size);
 }

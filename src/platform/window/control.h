@@ -30,7 +30,8 @@ struct ContainerItem {
 };
 
 /// A handle on one control of a form; copies name the same control. A property that a kind of
-/// control lacks throws std::logic_error, read or set; after its form has gone every property does.
+/// control lacks throws Unsupported, read or set; after its form has gone every property throws
+/// std::logic_error.
 class Control {
  public:
   struct Impl;
@@ -60,7 +61,7 @@ class Control {
   /// Measured from the leading edge: in a right-to-left form the back end mirrors.
   void SetLeft(float twips);
   void SetTop(float twips);
-  /// A negative size throws std::invalid_argument and changes nothing.
+  /// A negative size throws Unsupported and changes nothing.
   void SetWidth(float twips);
   void SetHeight(float twips);
 

@@ -5,6 +5,7 @@
 #include <limits>
 #include <stdexcept>
 
+#include "platform/errors.h"
 #include "tests/contract/window_case.h"
 
 namespace {
@@ -45,9 +46,9 @@ TEST_F(Control, KeepsTwipsAsTheyWereSet) {
 TEST_F(Control, RefusesANegativeSizeAndKeepsTheOldOne) {
   for (auto& control : form->Controls()) {
     const float width = control.Width(), height = control.Height();
-    EXPECT_THROW(control.SetWidth(-1), std::invalid_argument) << control.Kind();
-    EXPECT_THROW(control.SetHeight(-0.01F), std::invalid_argument) << control.Kind();
-    EXPECT_THROW(control.SetHeight(std::numeric_limits<float>::quiet_NaN()), std::invalid_argument);
+    EXPECT_THROW(control.SetWidth(-1), platform::Unsupported) << control.Kind();
+    EXPECT_THROW(control.SetHeight(-0.01F), platform::Unsupported) << control.Kind();
+    EXPECT_THROW(control.SetHeight(std::numeric_limits<float>::quiet_NaN()), platform::Unsupported);
     EXPECT_EQ(control.Width(), width);
     EXPECT_EQ(control.Height(), height);
   }
@@ -142,14 +143,14 @@ TEST_F(Control, HasWhatItsKindHasAndThrowsForTheRest) {
     EXPECT_NO_THROW(control->SetRightToLeft(true));
   }
   for (auto* control : {&picture, &browser}) {
-    EXPECT_THROW(control->Caption(), std::logic_error);
-    EXPECT_THROW(control->SetCaption("x"), std::logic_error);
-    EXPECT_THROW(control->SetFont({"x", 0}), std::logic_error);
-    EXPECT_THROW(control->SetRightToLeft(true), std::logic_error);
+    EXPECT_THROW(control->Caption(), platform::Unsupported);
+    EXPECT_THROW(control->SetCaption("x"), platform::Unsupported);
+    EXPECT_THROW(control->SetFont({"x", 0}), platform::Unsupported);
+    EXPECT_THROW(control->SetRightToLeft(true), platform::Unsupported);
   }
   for (auto* control : {&picture, &browser, &label})
-    EXPECT_THROW(control->OnClick([] {}), std::logic_error);
-  for (auto& control : form->Controls()) EXPECT_THROW(control.Items(), std::logic_error);
+    EXPECT_THROW(control->OnClick([] {}), platform::Unsupported);
+  for (auto& control : form->Controls()) EXPECT_THROW(control.Items(), platform::Unsupported);
 }
 
 TEST_F(Control, MayBeBroughtToTheFrontBeforeAndAfterTheFormIsSeen) {

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 
 #include <array>
+#include <stdexcept>
 
 #include "tests/unit/catalogue/catalogue_test.h"
 
@@ -295,6 +296,17 @@ TEST_F(PageBuilder, TicksQueuedVoicesAlthoughAVoiceIsInstalled) {
 TEST_F(PageBuilder, GivesInstalledVoicesNoQueueTick) {
   mQueue = Root("<queue><item>9</item></queue>");
   EXPECT_THAT(Body({InstalledVoice("Zoe", "9")}), Not(HasSubstr(" checked >")));
+}
+
+TEST_F(PageBuilder, ShowsTheOtherVoicesWhereOneFails) {
+  mDefaults = {"Daniel", "nobody"};
+  mText = [](const std::string& key) -> std::string {
+    if (key == "Default voices info") throw std::runtime_error("no text");
+    return "T(" + key + ")";
+  };
+  EXPECT_EQ(Rows({Voice("English (UK) Anna", "1"), Voice("English (UK) Daniel", "2"),
+                  Voice("English (UK) Eva", "3")}),
+            Row("1", "English (UK) Anna") + Row("3", "English (UK) Eva"));
 }
 
 TEST_F(PageBuilder, LooksUpNoTextThatThePageDoesNotShow) {

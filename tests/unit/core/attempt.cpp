@@ -3,6 +3,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/attempt.h"
 
+#include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -33,7 +34,7 @@ TEST(Attempt, LeavesWhatAStepChangedBeforeItFailed) {
   bool wentOn = false;
   Attempt([&] {
     changed = 1;
-    throw std::logic_error("no");
+    throw std::runtime_error("no");
   });
   Attempt([&] { wentOn = true; });
   EXPECT_EQ(changed, 1);
@@ -42,6 +43,13 @@ TEST(Attempt, LeavesWhatAStepChangedBeforeItFailed) {
 
 TEST(Attempt, ForgetsTheAnswerOfAStep) {
   EXPECT_TRUE(Attempt([] { return false; }));
+}
+
+TEST(Attempt, FailsTheCaseForAProgrammingError) {
+  EXPECT_NONFATAL_FAILURE(Attempt([] { throw std::logic_error("used after its end"); }),
+                          "used after its end");
+  EXPECT_NONFATAL_FAILURE(AttemptOr(0, []() -> int { throw std::out_of_range("no such item"); }),
+                          "no such item");
 }
 
 TEST(AttemptOr, AnswersWhatTheStepAnswers) {

@@ -440,15 +440,6 @@ TEST_F(FormTranslation, SkipsAnItemThatLacksAPropertyAndGoesOn) {
                                "with tip frmSelect.tools.b.ToolTipText"));
 }
 
-TEST_F(FormTranslation, GoesOnPastAControlThatHasGone) {
-  Add("Label", "gone")->End();
-  const auto image = Add("Image", "imgLogo");
-  const auto label = Add("Label", "lblStatus");
-  Translate(German("frmSelect.lblStatus.Caption", "Bereit"));
-  EXPECT_EQ(label->caption, "Bereit");
-  EXPECT_EQ(fake::TheForm().zOrder.back(), image);
-}
-
 TEST_F(FormTranslation, GoesOnPastAnImageThatCannotComeToTheFront) {
   Add("Image", "one")->lacks = {"ZOrder"};
   const auto image = Add("Image", "two");

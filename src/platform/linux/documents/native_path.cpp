@@ -9,10 +9,10 @@
 #include <algorithm>
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <vector>
 
 #include "core/text.h"
+#include "platform/errors.h"
 #include "platform/linux/g_ref.h"
 
 namespace platform {
@@ -65,7 +65,7 @@ bool SameIgnoringCase(std::string_view left, std::string_view right) {
 
 std::string NativePath(const std::string& corePath) {
   if (corePath.find('\0') != std::string::npos) {
-    throw std::invalid_argument("a path holds a NUL");
+    throw Unsupported("a path holds a NUL");
   }
   std::string path = corePath;
   std::replace(path.begin(), path.end(), '\\', '/');

@@ -16,7 +16,7 @@ bool SameIgnoringCase(std::string_view left, std::string_view right);
 /// matched without regard to letter case, the first in byte order when several match; from the
 /// first component that matches nothing on, the path is kept as written. So
 /// "\home\me\.wine\drive_c\programdata" finds ".../drive_c/ProgramData".
-/// Throws std::invalid_argument for a path with a NUL, which would be cut there.
+/// Throws Unsupported for a path with a NUL, which would be cut there.
 std::string NativePath(const std::string& corePath);
 
 /// The same path as the core writes it. A "\" in a native name cannot be told apart from a

@@ -20,6 +20,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/errors.h"
 #include "platform/linux/g_ref.h"
 #include "platform/system/program.h"
 
@@ -162,7 +163,7 @@ bool IsPreviousInstanceRunning() {
 void ActivateWindow(const std::string& title) {
   // The desktop shows that a program is starting until a window of it appears. None will.
   gdk_notify_startup_complete();
-  if (title.empty()) throw std::invalid_argument("many windows have no title");
+  if (title.empty()) throw Unsupported("many windows have no title");
   GdkDisplay* const connection = gdk_display_get_default();
   if (!connection || !GDK_IS_X11_DISPLAY(connection))
     throw std::runtime_error("windows can be activated on X11 only");

@@ -19,6 +19,7 @@
 
 #include "core/attempt.h"
 #include "core/text.h"
+#include "platform/errors.h"
 #include "platform/linux/documents/file_access.h"
 #include "platform/linux/documents/native_path.h"
 #include "platform/linux/g_ref.h"
@@ -196,7 +197,7 @@ std::optional<std::string> FindProgram(const std::string& program) {
 std::string SpecialFolder(int csidl) {
   const auto* const known = std::ranges::find(kShellFolders, csidl, &ShellFolder::csidl);
   if (known == kShellFolders.end()) {
-    throw std::invalid_argument("a shell folder that is not known here");
+    throw Unsupported("a shell folder that is not known here");
   }
   const std::optional<std::string> prefix = WinePrefix();
   const std::string folder =
@@ -219,7 +220,7 @@ void RunCommandLine(const std::string& commandLine) {
 void RunElevated(const std::string& file, const std::string& workingFolder) {
   const std::string program = NativePathOfWindowsPath(file);
   if (!g_path_is_absolute(program.c_str())) {
-    throw std::invalid_argument(file + " is not a full path");
+    throw Unsupported(file + " is not a full path");
   }
   StartProgram(program, {}, NativePathOfWindowsPath(workingFolder));
 }

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <utility>
 
+#include "core/attempt.h"
 #include "platform/linux/window/box_list.h"
 #include "platform/linux/window/page_description.h"
 
@@ -213,7 +214,7 @@ void BrowserControl::SetBeforeNavigate(std::function<bool(const std::string&)> h
 bool BrowserControl::DecidePolicy(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type) {
   bool refused = true;  // new windows, and whatever later versions of WebKit may ask
   if (type == WEBKIT_POLICY_DECISION_TYPE_NAVIGATION_ACTION) {
-    Guard([&] {
+    core::Attempt([&] {
       refused = IsRefused(webkit_navigation_policy_decision_get_navigation_action(
           WEBKIT_NAVIGATION_POLICY_DECISION(decision)));
     });
@@ -235,7 +236,7 @@ bool BrowserControl::IsRefused(WebKitNavigationAction* action) {
       TextOf(webkit_uri_request_get_uri(webkit_navigation_action_get_request(action)));
   // The handler is asked even where the answer is known: it is promised every navigation.
   bool cancelled = false;
-  if (const auto handler = mBeforeNavigate) Guard([&] { cancelled = handler(address); });
+  if (const auto handler = mBeforeNavigate) core::Attempt([&] { cancelled = handler(address); });
   return cancelled || mOwnPages.IsRefused(address, IsLocal(address));
 }
 

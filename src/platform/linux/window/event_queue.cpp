@@ -7,7 +7,7 @@
 
 #include <utility>
 
-#include "platform/linux/signals.h"
+#include "core/attempt.h"
 
 namespace platform {
 namespace {
@@ -16,7 +16,7 @@ using Step = std::function<void()>;
 
 template <gboolean kAnswer>
 gboolean Run(gpointer step) {
-  Guard(*static_cast<Step*>(step));
+  core::Attempt(*static_cast<Step*>(step));
   return kAnswer;
 }
 

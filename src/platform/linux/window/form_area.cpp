@@ -3,6 +3,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/window/form_area.h"
 
+#include "core/attempt.h"
 #include "platform/linux/signals.h"
 
 namespace {
@@ -25,7 +26,7 @@ void WantNothing(GtkWidget*, int* minimum, int* natural) { *minimum = *natural =
 
 void Allocate(GtkWidget* widget, GtkAllocation* place) {
   gtk_widget_set_allocation(widget, place);
-  platform::Guard([&] {
+  core::Attempt([&] {
     if (auto* owner = Area(widget)->owner) owner->PlaceChildren(place->width, place->height);
   });
 }

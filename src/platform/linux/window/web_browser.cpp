@@ -9,6 +9,7 @@
 #include <string_view>
 #include <utility>
 
+#include "core/attempt.h"
 #include "core/text.h"
 #include "platform/linux/documents/native_path.h"
 #include "platform/linux/signals.h"
@@ -67,7 +68,7 @@ struct Question {
 void TellAnswer(GObject* view, GAsyncResult* result, gpointer data) {
   const std::unique_ptr<Question> question(static_cast<Question*>(data));
   PageInputs inputs;
-  Guard([&] {
+  core::Attempt([&] {
     GErrorCheck error;
     JSCValue* const value =
         webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(view), result, error.Out());
@@ -77,7 +78,7 @@ void TellAnswer(GObject* view, GAsyncResult* result, gpointer data) {
   // Held while it is told: the answer may destroy the browser object.
   const auto browser = question->browser.lock();
   if (!inputs) question->control->ForgetReading();
-  if (browser) Guard([&] { question->answer(inputs); });
+  if (browser) core::Attempt([&] { question->answer(inputs); });
 }
 
 }  // namespace

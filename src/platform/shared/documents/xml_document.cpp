@@ -11,6 +11,7 @@
 
 #include "core/attempt.h"
 #include "core/text.h"
+#include "platform/errors.h"
 #include "platform/shared/documents/document_files.h"
 #include "platform/shared/documents/http_download.h"
 #include "platform/shared/window/event_queue.h"
@@ -85,7 +86,7 @@ XmlNode XmlDocument::DocumentElement() const {
 }
 
 void XmlDocument::Save(const std::string& path) const {
-  if (!mImpl->holdsAnything) throw std::runtime_error("the document holds nothing to save");
+  if (!mImpl->holdsAnything) throw Unavailable("the document holds nothing to save");
   ReplaceDocument(path, mImpl->bytes);
 }
 

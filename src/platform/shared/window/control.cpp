@@ -3,9 +3,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/window/control.h"
 
-#include <stdexcept>
 #include <utility>
 
+#include "platform/errors.h"
 #include "platform/shared/window/control_impl.h"
 
 namespace platform {
@@ -13,7 +13,7 @@ namespace {
 
 float CheckedSize(float twips) {
   // The comparison is written so that a number that is none is refused too.
-  if (!(twips >= 0)) throw std::invalid_argument("a size cannot be negative");
+  if (!(twips >= 0)) throw Unsupported("a size cannot be negative");
   return twips;
 }
 
@@ -29,7 +29,7 @@ Control::Impl::Impl(std::string kind, std::string name)
     : kind(std::move(kind)), name(std::move(name)) {}
 
 void Control::Impl::Lacks(const std::string& property) const {
-  throw std::logic_error("a " + kind + " has no " + property);
+  throw Unsupported("a " + kind + " has no " + property);
 }
 
 std::string Control::Impl::Caption() const { Lacks("Caption"); }

@@ -10,6 +10,7 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "platform/errors.h"
 #include "platform/win32/handle.h"
 #include "platform/win32/wide_text.h"
 
@@ -93,7 +94,7 @@ bool HasKind(const std::wstring& path, bool folder) {
 }  // namespace
 
 std::wstring SystemPath(const std::string& path) {
-  if (path.find('\0') != std::string::npos) throw std::invalid_argument("a path holds a NUL");
+  if (path.find('\0') != std::string::npos) throw Unsupported("a path holds a NUL");
   const std::wstring wide = WideText(path);
   if (wide.size() <= kLongestOldPath || wide.starts_with(LR"(\\?\)")) return wide;
   // Behind the mark nothing is resolved any more, neither ".." nor "/".

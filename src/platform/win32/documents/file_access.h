@@ -10,7 +10,7 @@
 namespace platform {
 
 /// The path for the functions of Windows. One that is too long for the old limit of 260 characters
-/// gets the mark that lifts the limit, which every version knows. Throws std::invalid_argument for
+/// gets the mark that lifts the limit, which every version knows. Throws Unsupported for
 /// a path with a NUL, which would be cut there.
 std::wstring SystemPath(const std::string& path);
 

@@ -17,6 +17,7 @@
 
 #include "core/attempt.h"
 #include "core/text.h"
+#include "platform/errors.h"
 #include "platform/shared/window/event_queue.h"
 #include "platform/win32/documents/win_http.h"
 #include "platform/win32/wide_text.h"
@@ -54,7 +55,7 @@ Address AddressFrom(const std::wstring& text) {
   parts.dwStructSize = sizeof parts;
   parts.dwHostNameLength = parts.dwUrlPathLength = parts.dwExtraInfoLength = kAsk;
   CheckHttp(TheWinHttp().crackUrl(text.c_str(), 0, 0, &parts));
-  if (parts.nScheme != INTERNET_SCHEME_HTTPS) throw std::invalid_argument("not an https address");
+  if (parts.nScheme != INTERNET_SCHEME_HTTPS) throw Unsupported("not an https address");
   std::wstring path(parts.lpszUrlPath, parts.dwUrlPathLength);
   path.append(parts.lpszExtraInfo, parts.dwExtraInfoLength);
   return {

@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "platform/errors.h"
 #include "platform/system/program.h"
 #include "platform/win32/handle.h"
 #include "platform/win32/system/program_file.h"
@@ -81,7 +82,7 @@ bool IsPreviousInstanceRunning() {
 }
 
 void ActivateWindow(const std::string& title) {
-  if (title.empty()) throw std::invalid_argument("many windows have no title");
+  if (title.empty()) throw Unsupported("many windows have no title");
   Search search{WideText(title)};
   EnumWindows(Compare, reinterpret_cast<LPARAM>(&search));
   const HWND window = search.ours ? search.ours : search.other;

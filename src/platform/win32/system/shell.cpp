@@ -11,6 +11,7 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "platform/errors.h"
 #include "platform/win32/com.h"
 #include "platform/win32/handle.h"
 #include "platform/win32/wide_text.h"
@@ -73,7 +74,7 @@ void RunCommandLine(const std::string& commandLine) {
 void RunElevated(const std::string& file, const std::string& workingFolder) {
   const std::wstring program = WideText(file);
   const std::wstring folder = WideText(workingFolder);
-  if (!IsFullPath(program)) throw std::invalid_argument(file + " is not a full path");
+  if (!IsFullPath(program)) throw Unsupported(file + " is not a full path");
   EnterApartment();
   SHELLEXECUTEINFOW execute = {};
   execute.cbSize = sizeof execute;

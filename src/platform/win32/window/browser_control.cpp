@@ -12,6 +12,7 @@
 
 #include "core/attempt.h"
 #include "core/text.h"
+#include "platform/errors.h"
 #include "platform/win32/window/dpi.h"
 #include "platform/win32/window/page_description.h"
 
@@ -189,7 +190,7 @@ void BrowserControl::SetBeforeNavigate(std::function<bool(const std::string&)> h
 }
 
 void BrowserControl::Navigate(const std::string& path) {
-  Window();
+  CheckLives();
   mPages.Navigate(path);
   Variant address{WideText(path)};
   Variant nothing;
@@ -202,8 +203,10 @@ void BrowserControl::Reload() {
 }
 
 ComPtr<IDispatch> BrowserControl::Document() const {
+  if (!mBrowser) throw Unavailable("the browser was destroyed");
   ComPtr<IDispatch> document;
   Check(mBrowser->get_Document(document.Out()));
+  if (!document) throw Unavailable("the browser shows no page yet");
   return document;
 }
 
