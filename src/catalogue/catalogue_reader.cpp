@@ -29,14 +29,14 @@ bool IsDemonstration(const XmlNode& product) {
 
 clsVoice ReadProduct(const XmlNode& product) {
   // Throws when the product has no such child.
-  const auto text = [&](const char* child) { return product.ChildText(child).value(); };
+  const auto field = [&](const char* child) { return product.ChildText(child).value(); };
   clsVoice voice;
-  Attempt([&] { voice.Name = WithoutVendorWords(text("name")); });
-  Attempt([&] { voice.Name = text("language") + " " + voice.Name; });
-  Attempt([&] { voice.ID = text("id"); });
-  Attempt([&] { voice.Size = MegabytesFromBytes(text("size")); });
-  Attempt([&] { voice.SetProductCode(text("productcode")); });
-  Attempt([&] { voice.Link = text("link"); });
+  Attempt([&] { voice.Name = WithoutVendorWords(field("name")); });
+  Attempt([&] { voice.Name = field("language") + " " + voice.Name; });
+  Attempt([&] { voice.ID = field("id"); });
+  Attempt([&] { voice.Size = MegabytesFromBytes(field("size")); });
+  Attempt([&] { voice.SetProductCode(field("productcode")); });
+  Attempt([&] { voice.Link = field("link"); });
   return voice;
 }
 

@@ -28,9 +28,9 @@ struct VoicesPage {
 };
 
 /// `voices` are sorted as ReadCatalogue returns them. `defaultVoices`: the bare names
-/// (CleanVoiceName) of the voices that Parvix speaks with, ticked from the start as long as no voice
-/// is installed. `queue`: the root element of an earlier run's queue, whose voices are ticked too;
-/// no node when there is none. `installer` is null where there is none.
+/// (CleanVoiceName) of the voices that Parvix speaks with, ticked from the start as long as no
+/// voice is installed. `queue`: the root element of an earlier run's queue, whose voices are ticked
+/// too; no node when there is none. `installer` is null where there is none.
 VoicesPage BuildPage(std::vector<clsVoice> voices, const TextLookup& text,
                      const std::array<std::string, 2>& defaultVoices,
                      const platform::XmlNode& queue, const platform::WindowsInstaller* installer);

@@ -38,7 +38,6 @@ namespace {
 
 using benchmark::State;
 
-
 // A program makes one page, out of memory that is new to it. So is that of every round here: what
 // an earlier one has freed goes back to the system.
 void ForgetMemory() { malloc_trim(0); }
@@ -63,11 +62,10 @@ struct Making {
 
 void MakePage(Making& making, const platform::WindowsInstaller& installer,
               platform::WebBrowser& browser) {
-  making.page = BuildPage(ReadCatalogue(making.document.DocumentElement(),
-                                        modI18N2::GetLanguage1(), &installer),
-                          Text,
-                          {DefaultVoice("Speech.Voice1", 1), DefaultVoice("Speech.Voice2", 2)},
-                          platform::XmlNode(), &installer);
+  making.page = BuildPage(
+      ReadCatalogue(making.document.DocumentElement(), modI18N2::GetLanguage1(), &installer), Text,
+      {DefaultVoice("Speech.Voice1", 1), DefaultVoice("Speech.Voice2", 2)}, platform::XmlNode(),
+      &installer);
   modDisplayHTMLInWebbrowser::DisplayHTMLInWebbrowser(making.page.body, browser);
 }
 

@@ -278,8 +278,8 @@ void CheckSelection(const std::vector<platform::InputState>& inputs, const Voice
 std::optional<std::vector<clsVoice>> VoicesOf(const std::string& catalogue, const Setting& setting,
                                               const platform::WindowsInstaller& installer) {
   platform::XmlNode root;
-  const bool loaded = core::Attempt(
-      [&] { root = platform::ParseXml(catalogue).SelectSingleNode("*"); });
+  const bool loaded =
+      core::Attempt([&] { root = platform::ParseXml(catalogue).SelectSingleNode("*"); });
   Require(loaded || !setting.catalogueIsMade);
   if (!loaded) return std::nullopt;
   return ReadCatalogue(root, setting.language, &installer);

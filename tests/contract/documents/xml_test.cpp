@@ -116,8 +116,8 @@ TEST_F(Xml, JoinsAllTextInside) {
 }
 
 TEST_F(Xml, AnswersTheTextOfTheFirstChildOfAName) {
-  const XmlNode root = Root(
-      "<r xmlns:x='urn:x'>no<x:a>no</x:a><b><a>no</a></b><a> 1<c>2</c> </a><a>3</a><d/></r>");
+  const XmlNode root =
+      Root("<r xmlns:x='urn:x'>no<x:a>no</x:a><b><a>no</a></b><a> 1<c>2</c> </a><a>3</a><d/></r>");
   EXPECT_EQ(root.ChildText("a"), "12");
   EXPECT_EQ(root.ChildText("d"), "");
   EXPECT_EQ(root.ChildText("c"), std::nullopt);

@@ -38,10 +38,10 @@ bool HasDrive(std::string_view path) {
 std::string DriveRoot(char letter) {
   const std::string drive = std::string(1, g_ascii_tolower(letter)) + ':';
   if (const std::optional<std::string> prefix = WinePrefix()) {
-    // A link to the folder that the drive stands for, usually "c:" to ../drive_c and "z:" to /.
+    if (drive == "c:") return *prefix + "/drive_c";
+    // A link to the folder that the drive stands for, for "z:" usually to /.
     std::string root = *prefix + "/dosdevices/" + drive;
     if (IsFolder(root)) return root;
-    if (drive == "c:") return *prefix + "/drive_c";
   }
   if (drive == "z:") return "";
   throw std::runtime_error("there is no drive " + drive);

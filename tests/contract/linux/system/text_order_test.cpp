@@ -2,6 +2,7 @@
 //
 // SPDX-License-Identifier: MIT
 #include "platform/system/text_order.h"
+
 #include "tests/contract/services_case.h"
 
 namespace {
