@@ -38,9 +38,11 @@ class WebBrowser {
   WebBrowser(const WebBrowser&) = delete;
   WebBrowser& operator=(const WebBrowser&) = delete;
 
-  /// Starts showing a local file (a path as the core writes it). A file that is missing shows what
-  /// the browser has for that. The keyboard focus enters the page when it is there. Pages that the
-  /// host navigated to earlier are refused to everybody but the host.
+  /// Starts showing a local file (a path as the core writes it), after the form has been shown
+  /// where starting the engine would hold that up; files are loaded in the order of the calls. A
+  /// file that is missing shows what the browser has for that. The keyboard focus enters the page
+  /// when it is there. Pages that the host navigated to earlier are refused to everybody but the
+  /// host.
   void Navigate(const std::string& path);
 
   /// Asked before every navigation, the host's own included, with the address as the browser spells

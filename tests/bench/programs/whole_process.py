@@ -22,6 +22,7 @@ ASSETS = ("wait.htm", "Languages.xml", "VelorVoiceSetup.Language.xml")
 LOGO_WIDTH = 98
 VOICES_PLACE = (10, 10, 300, 150)
 WAIT_PLACE = (10, 100, 400, 340)
+NOTHING = (0, 0, 0, 0)
 # Until the engine has put away what it needed for starting: its last timer is one of ten seconds.
 SETTLE_SECONDS = 14
 
@@ -158,6 +159,18 @@ def start_of_voices(world, runs):
             number, f"start to voices page {what}", [each[at] for each in ours], "ms",
             [each[at] for each in bare], 1.15,
         )
+
+
+def start_of_window(world, runs):
+    """Row 1: the window on the screen. The reference has the engine's libraries, and does not start it."""
+    ours, bare = [], []
+    with world.server("--fail", "no-answer"):
+        for _ in range(runs):
+            with world.shown(world.program, NOTHING) as (seen, _):
+                ours.append(seen[0])
+            with world.shown([world.tools / "velor_bench_bare_window"], NOTHING) as (seen, _):
+                bare.append(seen[0])
+    yield Row("1c", "start to window on the screen", ours, "ms", bare, 1.3)
 
 
 def start_of_wait_page(world, runs):

@@ -64,6 +64,13 @@ GtkWidget* WidgetOf(const std::string& form, const std::string& control) {
   return search.found;
 }
 
+WebKitWebView* ViewOf(const std::string& form, const std::string& browser) {
+  GtkBin* const control = GTK_BIN(WidgetOf(form, browser));
+  if (!peer::RunUntil([&] { return gtk_bin_get_child(control) != nullptr; }))
+    throw std::runtime_error("the engine has not been started");
+  return WEBKIT_WEB_VIEW(gtk_bin_get_child(control));
+}
+
 GtkMessageDialog* ShownMessage() {
   GtkWidget* const message = FindTopLevel([](GtkWidget* widget) {
     return GTK_IS_MESSAGE_DIALOG(widget) && gtk_widget_get_mapped(widget);
@@ -261,18 +268,18 @@ std::string BusyPage() {
 }
 
 void ClickBox(const std::string& form, const std::string& browser, const std::string& id) {
-  widgets::RunInPage(WEBKIT_WEB_VIEW(WidgetOf(form, browser)),
+  widgets::RunInPage(widgets::ViewOf(form, browser),
                      "document.getElementById('" + id + "').click()");
 }
 
 void ClickLabel(const std::string& form, const std::string& browser, int row) {
-  widgets::RunInPage(WEBKIT_WEB_VIEW(WidgetOf(form, browser)),
+  widgets::RunInPage(widgets::ViewOf(form, browser),
                      "document.querySelectorAll('label')[" + std::to_string(row) + "].click()");
 }
 
 // The end-to-end tests hear the names themselves; here the page tells them by the same rules.
 std::string NameOfBox(const std::string& form, const std::string& browser, int row) {
-  return widgets::AskPage(WEBKIT_WEB_VIEW(WidgetOf(form, browser)),
+  return widgets::AskPage(widgets::ViewOf(form, browser),
                           "{ const box = document.querySelectorAll('input')[" +
                               std::to_string(row) +
                               "]; box.getAttribute('aria-label') ??"
@@ -280,13 +287,12 @@ std::string NameOfBox(const std::string& form, const std::string& browser, int r
 }
 
 std::string NameOfBusyElement(const std::string& form, const std::string& browser) {
-  return widgets::AskPage(WEBKIT_WEB_VIEW(WidgetOf(form, browser)),
+  return widgets::AskPage(widgets::ViewOf(form, browser),
                           "document.getElementById('busy')?.getAttribute('aria-label') ?? ''");
 }
 
 void FollowLink(const std::string& form, const std::string& browser) {
-  widgets::RunInPage(WEBKIT_WEB_VIEW(WidgetOf(form, browser)),
-                     "document.getElementById('link').click()");
+  widgets::RunInPage(widgets::ViewOf(form, browser), "document.getElementById('link').click()");
 }
 
 }  // namespace peer

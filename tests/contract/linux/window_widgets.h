@@ -14,6 +14,8 @@ namespace widgets {
 GtkWindow* WindowOf(const std::string& form);
 /// The control's widget; throws when there is none.
 GtkWidget* WidgetOf(const std::string& form, const std::string& control);
+/// The browser's view, which is there some time after the form has been shown: it waits for that.
+WebKitWebView* ViewOf(const std::string& form, const std::string& browser);
 /// The message that is shown; null when none is.
 GtkMessageDialog* ShownMessage();
 /// Runs script in the page, as a person's hand rather than the page would.

@@ -158,6 +158,13 @@ TEST_F(Browser, FollowsALinkToALocalPageThatIsNotCancelled) {
   EXPECT_TRUE(WaitForBoxes("b-"));
 }
 
+TEST_F(Browser, ShowsTheLastOfThePagesRequestedBeforeTheFormIsShown) {
+  browser->Navigate(peer::PageWith({{"a", false, false}}));
+  browser->Navigate(peer::PageWith({{"b", false, false}}));
+  ShowAndSee(*form);
+  EXPECT_TRUE(WaitForBoxes("b-"));
+}
+
 TEST_F(Browser, FollowsNoLinkToAnEarlierPageOfTheHost) {
   const auto first = peer::PageWith({{"a", false, false}});
   ShowAndSee(*form);

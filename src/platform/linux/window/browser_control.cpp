@@ -87,13 +87,14 @@ GRef<WebKitUserContentManager> ContentManager() {
   return manager;
 }
 
-GtkWidget* NewView() {
+WebKitWebView* NewView() {
   const auto settings = Settings();
   const auto context = Context();
   const auto manager = ContentManager();
-  return GTK_WIDGET(g_object_new(WEBKIT_TYPE_WEB_VIEW, "web-context", context.Get(), "settings",
-                                 settings.Get(), "user-content-manager", manager.Get(),
-                                 "default-content-security-policy", kContentPolicy, nullptr));
+  return WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "web-context", context.Get(),
+                                      "settings", settings.Get(), "user-content-manager",
+                                      manager.Get(), "default-content-security-policy",
+                                      kContentPolicy, nullptr));
 }
 
 /// Files of this machine, which have no host in their addresses, and the empty page that WebKit
@@ -105,36 +106,70 @@ bool IsLocal(std::string_view address) {
 }  // namespace
 
 BrowserControl::BrowserControl(const std::string& name)
-    : NativeControl("WebBrowser", name, NewView()) {
+    : NativeControl("WebBrowser", name, gtk_event_box_new()) {
+  // Nothing that assistive technology has to stop at.
+  atk_object_set_role(gtk_widget_get_accessible(Widget()), ATK_ROLE_FILLER);
+  mConnections.push_back(Connect<void()>(Widget(), "map", [this] { AwaitWindow(); }));
+}
+
+/// Starting the engine takes longer than all else, so the window is painted first: idle sources run
+/// after drawing.
+void BrowserControl::AwaitWindow() {
+  if (mView) return;
+  mMapped = Connect<gboolean(GdkEventAny*)>(
+      gtk_widget_get_toplevel(Widget()), "map-event", [this](GdkEventAny*) -> gboolean {
+        mMapped = {};
+        mEngineStart = g_idle_add(
+            [](gpointer control) -> gboolean {
+              core::Attempt([&] { static_cast<BrowserControl*>(control)->StartEngine(); });
+              return G_SOURCE_REMOVE;
+            },
+            this);
+        return FALSE;
+      });
+}
+
+void BrowserControl::StartEngine() {
+  mEngineStart = 0;
+  mView = GRef<WebKitWebView>::Share(NewView());
+  mZoom.emplace(View());
+  ConnectView();
+  gtk_container_add(GTK_CONTAINER(Widget()), GTK_WIDGET(View()));
+  gtk_widget_show(GTK_WIDGET(View()));
+  for (const std::string& address : std::exchange(mWaiting, {}))
+    webkit_web_view_load_uri(View(), address.c_str());
+}
+
+void BrowserControl::ConnectView() {
   // A file dropped on the page would be navigated to.
-  gtk_drag_dest_unset(Widget());
+  gtk_drag_dest_unset(GTK_WIDGET(View()));
   mConnections.push_back(Connect<gboolean(WebKitPolicyDecision*, WebKitPolicyDecisionType)>(
-      Widget(), "decide-policy",
+      View(), "decide-policy",
       [this](auto* decision, auto type) -> gboolean { return DecidePolicy(decision, type); }));
   mConnections.push_back(Connect<GtkWidget*(WebKitNavigationAction*)>(
-      Widget(), "create", [](WebKitNavigationAction*) -> GtkWidget* { return nullptr; }));
+      View(), "create", [](WebKitNavigationAction*) -> GtkWidget* { return nullptr; }));
   mConnections.push_back(Connect<gboolean(WebKitPermissionRequest*)>(
-      Widget(), "permission-request", [](WebKitPermissionRequest* request) -> gboolean {
+      View(), "permission-request", [](WebKitPermissionRequest* request) -> gboolean {
         webkit_permission_request_deny(request);
         return TRUE;
       }));
   mConnections.push_back(Connect<gboolean(WebKitFileChooserRequest*)>(
-      Widget(), "run-file-chooser", [](WebKitFileChooserRequest* request) -> gboolean {
+      View(), "run-file-chooser", [](WebKitFileChooserRequest* request) -> gboolean {
         webkit_file_chooser_request_cancel(request);
         return TRUE;
       }));
   // Its entries are about going back, links and reloading: none is for this page.
   mConnections.push_back(Connect<gboolean(WebKitContextMenu*, GdkEvent*, WebKitHitTestResult*)>(
-      Widget(), "context-menu",
+      View(), "context-menu",
       [](WebKitContextMenu*, GdkEvent*, WebKitHitTestResult*) -> gboolean { return TRUE; }));
   ShowToolTip();
   mConnections.push_back(Connect<void(WebKitDownload*)>(
       webkit_web_view_get_context(View()), "download-started",
       [](WebKitDownload* download) { webkit_download_cancel(download); }));
   mConnections.push_back(Connect<void(WebKitLoadEvent)>(
-      Widget(), "load-changed", [this](WebKitLoadEvent event) { OnLoadChanged(event); }));
+      View(), "load-changed", [this](WebKitLoadEvent event) { OnLoadChanged(event); }));
   mConnections.push_back(Connect<void(WebKitWebProcessTerminationReason)>(
-      Widget(), "web-process-terminated", [this](WebKitWebProcessTerminationReason) {
+      View(), "web-process-terminated", [this](WebKitWebProcessTerminationReason) {
         mPageTells = false;
         if (const auto handler = mPageLost) handler();
       }));
@@ -146,20 +181,13 @@ BrowserControl::BrowserControl(const std::string& name)
       }));
 }
 
-/// WebKit shows the page's own tips in place of the widget's, and switches all of them off where
-/// the page has none. The page is not asked: its tips are whatever its names brought along.
+/// WebKit shows the page's own tips in place of the control's.
 void BrowserControl::ShowToolTip() {
   mConnections.push_back(Connect<gboolean(int, int, gboolean, GtkTooltip*)>(
-      Widget(), "query-tooltip", [this](int, int, gboolean, GtkTooltip* tip) -> gboolean {
-        const GMemory<char> text(gtk_widget_get_tooltip_text(Widget()));
-        gtk_tooltip_set_text(tip, text.get());
-        return text != nullptr;
-      }));
-  mConnections.push_back(
-      Connect<void(GParamSpec*)>(Widget(), "notify::has-tooltip", [this](GParamSpec*) {
-        const GMemory<char> text(gtk_widget_get_tooltip_text(Widget()));
-        if (text && !gtk_widget_get_has_tooltip(Widget()))
-          gtk_widget_set_has_tooltip(Widget(), TRUE);
+      View(), "query-tooltip", [this](int, int, gboolean, GtkTooltip* tip) -> gboolean {
+        const std::string text = ToolTipText();
+        gtk_tooltip_set_text(tip, text.c_str());
+        return !text.empty();
       }));
 }
 
@@ -170,12 +198,12 @@ void BrowserControl::OnLoadChanged(WebKitLoadEvent event) {
   // First, so that a screen reader meets the right names when the focus comes.
   DescribePage(View(), mBusyText);
   EnterBoxList(View(), EnterAt::kTicked);
-  gtk_widget_grab_focus(Widget());
+  gtk_widget_grab_focus(GTK_WIDGET(View()));
 }
 
 /// While a page is loading, boxes come without a word.
 bool BrowserControl::MayHaveChanged() const {
-  return !Lives() || !mPageTells || mChanged || webkit_web_view_is_loading(View());
+  return !HasView() || !mPageTells || mChanged || webkit_web_view_is_loading(View());
 }
 
 /// WebKit would go on where the focus left the page, which is its end.
@@ -188,8 +216,11 @@ bool BrowserControl::TakeFocus(GtkDirectionType direction) {
 void BrowserControl::End() {
   mBeforeNavigate = nullptr;
   mPageLost = nullptr;
+  if (mEngineStart != 0) g_source_remove(std::exchange(mEngineStart, 0));
+  mMapped = {};
   mConnections.clear();
   mZoom.reset();
+  mView = {};
   NativeControl::End();
 }
 
@@ -203,7 +234,11 @@ void BrowserControl::Navigate(const std::string& nativePath) {
 }
 
 // The view's own function would load what it showed last, which may be an earlier page.
-void BrowserControl::Reload() { webkit_web_view_load_uri(View(), mAddress.c_str()); }
+void BrowserControl::Reload() {
+  Widget();
+  if (!mView) return mWaiting.push_back(mAddress);
+  webkit_web_view_load_uri(View(), mAddress.c_str());
+}
 
 void BrowserControl::SetPageLost(std::function<void()> handler) { mPageLost = std::move(handler); }
 

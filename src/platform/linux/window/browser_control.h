@@ -26,7 +26,9 @@ class BrowserControl : public NativeControl {
  public:
   explicit BrowserControl(const std::string& name);
 
-  WebKitWebView* View() const { return WEBKIT_WEB_VIEW(Widget()); }
+  /// Throws until the engine has been started, and when the form has gone.
+  WebKitWebView* View() const { return mView.Get(); }
+  bool HasView() const { return static_cast<bool>(mView); }
   bool TakeFocus(GtkDirectionType direction) override;
   bool HandleKey(const GdkEventKey& key) override { return mZoom && mZoom->HandleKey(key); }
   void End() override;
@@ -46,6 +48,9 @@ class BrowserControl : public NativeControl {
   void ForgetReading() { mChanged = true; }
 
  private:
+  void AwaitWindow();
+  void StartEngine();
+  void ConnectView();
   void ShowToolTip();
   void OnLoadChanged(WebKitLoadEvent event);
   bool DecidePolicy(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type);
@@ -54,10 +59,16 @@ class BrowserControl : public NativeControl {
   std::function<bool(const std::string&)> mBeforeNavigate;
   std::function<void()> mPageLost;
   OwnPages mOwnPages;
+  /// The page of the last Navigate.
   std::string mAddress;
+  /// Addresses to load when the engine has been started.
+  std::vector<std::string> mWaiting;
+  GRef<WebKitWebView> mView;
+  SignalConnection mMapped;
+  guint mEngineStart = 0;
   std::string mBusyText;
   std::vector<SignalConnection> mConnections;
-  std::optional<PageZoom> mZoom{View()};
+  std::optional<PageZoom> mZoom;
   /// The page shown has said that it will tell of changes.
   bool mPageTells = false;
   bool mChanged = true;

@@ -146,7 +146,7 @@ void NativeForm::PlaceChildren(int newWidth, int newHeight) {
 bool NativeForm::MoveFocus(GtkDirectionType direction) {
   const std::unique_ptr<GdkEvent, decltype(&gdk_event_free)> event(gtk_get_current_event(),
                                                                    &gdk_event_free);
-  GtkWidget* const left = gtk_container_get_focus_child(GTK_CONTAINER(mArea.Get()));
+  GtkWidget* const left = gtk_window_get_focus(Window());
   // Beyond the last control GTK asks once more, from no control at all.
   if (!event && left) mPageLeft = left;
   return FocusNext(direction);

@@ -108,7 +108,7 @@ void WebBrowser::Reload() { mImpl->control->Reload(); }
 void WebBrowser::SetBusyText(const std::string& text) { mImpl->control->SetBusyText(text); }
 
 void WebBrowser::ReadInputs(std::function<void(const PageInputs&)> answer) {
-  if (!mImpl->control->Lives()) return answer(std::nullopt);
+  if (!mImpl->control->HasView()) return answer(std::nullopt);
   mImpl->control->BeginReading();
   webkit_web_view_evaluate_javascript(mImpl->control->View(), kReadInputs, -1, kHostWorld, nullptr,
                                       nullptr, TellAnswer,

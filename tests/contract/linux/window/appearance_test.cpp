@@ -240,7 +240,7 @@ std::string WaitPageAnswers(const std::string& question) {
   form.Show();
   browser.Navigate(
       support::CorePath(std::filesystem::path(support::kSourceFolder) / "assets/wait.htm"));
-  auto* const view = WEBKIT_WEB_VIEW(widgets::WidgetOf("form", "browser"));
+  auto* const view = widgets::ViewOf("form", "browser");
   EXPECT_TRUE(peer::RunUntil([&] {
     return widgets::AskPage(view, "document.readyState + !!document.querySelector('.bar')") ==
            "completetrue";

@@ -34,11 +34,13 @@ class Keyboard : public testing::Test {
 
   bool FocusIsOn(const std::string& control) {
     GtkWindow* const window = widgets::WindowOf("form");
-    return gtk_window_is_active(window) &&
-           gtk_window_get_focus(window) == widgets::WidgetOf("form", control);
+    GtkWidget* const focused = gtk_window_get_focus(window);
+    GtkWidget* const widget = widgets::WidgetOf("form", control);
+    return gtk_window_is_active(window) && focused &&
+           (focused == widget || gtk_widget_is_ancestor(focused, widget));
   }
   std::string Ask(const std::string& script) {
-    return widgets::AskPage(WEBKIT_WEB_VIEW(widgets::WidgetOf("form", "browser")), script);
+    return widgets::AskPage(widgets::ViewOf("form", "browser"), script);
   }
   std::string Element() { return Ask("document.activeElement ? document.activeElement.id : ''"); }
   bool Reaches(const std::string& id) {

@@ -29,7 +29,7 @@ class PageChanges : public WindowCase {
   bool WaitForChange() {
     return peer::RunUntil([&] { return browser.InputsMayHaveChanged(); });
   }
-  WebKitWebView* View() { return WEBKIT_WEB_VIEW(widgets::WidgetOf("form", "browser")); }
+  WebKitWebView* View() { return widgets::ViewOf("form", "browser"); }
 
   std::unique_ptr<platform::Form> form = NewForm();
   platform::Control control = form->AddControl("WebBrowser", "browser", 4500, 3000);

@@ -73,7 +73,7 @@ class Safety : public testing::Test {
   }
 
   std::string Ask(const std::string& script) { return widgets::AskPage(View(), script); }
-  WebKitWebView* View() { return WEBKIT_WEB_VIEW(widgets::WidgetOf("form", "browser")); }
+  WebKitWebView* View() { return widgets::ViewOf("form", "browser"); }
 
   /// Some time passes for connections that may come late.
   void ExpectSilence() {

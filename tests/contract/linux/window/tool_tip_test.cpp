@@ -49,15 +49,15 @@ TEST(ToolTip, IsShownOverThePageWhereverThePointerGoes) {
   control.SetToolTipText("What to do here");
   form.Show();
   browser.Navigate(peer::PageWith({{"a", false, false}, {"b", false, false}}));
-  GtkWidget* const page = widgets::WidgetOf("form", "browser");
-  ASSERT_TRUE(peer::RunUntil(
-      [&] { return widgets::AskPage(WEBKIT_WEB_VIEW(page), "document.links.length") == "1"; }));
+  auto* const page = widgets::ViewOf("form", "browser");
+  ASSERT_TRUE(
+      peer::RunUntil([&] { return widgets::AskPage(page, "document.links.length") == "1"; }));
   for (const int y : {200, 60, 30}) {
-    PointAt(page, 100, y);
+    PointAt(GTK_WIDGET(page), 100, y);
     EXPECT_TRUE(peer::RunUntil([] { return ShownTip() == "What to do here"; })) << y;
   }
   control.SetToolTipText("");
-  PointAt(page, 90, 200);
+  PointAt(GTK_WIDGET(page), 90, 200);
   EXPECT_TRUE(peer::RunUntil([] { return ShownTip().empty(); }));
 }
 
