@@ -367,23 +367,18 @@ TEST_F(Window, PromptsWhenWhatIsInstalledIsNotInTheCatalogue) {
   EXPECT_THAT(MessageTexts(), ElementsAre(kPrompt));
 }
 
-TEST_F(Window, DoesNothingForACatalogueThatArrivesWhileThePromptIsShown) {
-  Start();
-  World().whileMessageIsShown = [] { CatalogueArrives(TwoVoices()); };
-  CloseWindow();
-  EXPECT_EQ(World().messages.size(), 1U);
-  EXPECT_FALSE(IsPageBuilt());
-}
-
-TEST_F(Window, DoesNothingForACatalogueThatFailsWhileThePromptIsShown) {
+TEST_F(Window, GivesUpTheCatalogueBeforeThePromptIsShown) {
   Start("PARVIX###reader.exe");
-  World().whileMessageIsShown = [] {
-    World().whileMessageIsShown = nullptr;
-    CatalogueFails();
+  std::size_t loads = 1;
+  World().whileMessageIsShown = [&] {
+    loads = World().pendingLoads.size();
+    fake::HandleEvents();
   };
   CloseWindow();
+  EXPECT_EQ(loads, 0U);
   EXPECT_THAT(MessageTexts(), ElementsAre(kPrompt));
   EXPECT_THAT(World().commandLines, IsEmpty());
+  EXPECT_FALSE(IsPageBuilt());
 }
 
 TEST_F(Window, DoesNothingForAQueueThatArrivesWhileThePromptIsShown) {
