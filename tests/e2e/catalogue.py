@@ -18,7 +18,7 @@ import server  # noqa: E402  (found through the line above)
 
 # How many times as long everything takes with a program that something looks into, such as scripts/valgrind.
 PATIENCE = int(os.environ.get("VELOR_PATIENCE", "1"))
-HELD_SECONDS = 60 * PATIENCE
+HELD_SECONDS = 120 * PATIENCE
 LOCK_SECONDS = 240
 
 

@@ -59,7 +59,7 @@ def _refresh():
         context.iteration(False)
 
 
-def wait_for(condition, what, seconds=20):
+def wait_for(condition, what, seconds=50):
     """The first answer of `condition` that is true, asked again and again until the deadline.
 
     Raises NotSeen, which names `what`, when there is none by then.

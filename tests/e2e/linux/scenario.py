@@ -223,7 +223,7 @@ class Scenario(ScenarioBase):
 
     # -- seeing, each with a deadline, and doing
 
-    def see(self, condition, what, seconds=20):
+    def see(self, condition, what, seconds=50):
         return accessible.wait_for(condition, what, seconds * PATIENCE)
 
     def see_good_end(self):

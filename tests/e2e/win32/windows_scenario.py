@@ -121,7 +121,7 @@ class Scenario(ScenarioBase):
 
     # -- seeing, each with a deadline, and doing
 
-    def see(self, condition, what, seconds=30):
+    def see(self, condition, what, seconds=50):
         return wait_for(condition, what, seconds)
 
     def see_good_end(self):

@@ -26,7 +26,7 @@ LIVE_REGION_CHANGED = 0x8019
 ASSET_FILES = ("wait.htm", "Languages.xml", "VelorVoiceSetup.Language.xml")
 
 
-def wait_for(condition, what, seconds=30):
+def wait_for(condition, what, seconds=50):
     """The first answer of `condition` that is true, asked again and again until the deadline."""
     deadline = time.monotonic() + seconds
     while True:
