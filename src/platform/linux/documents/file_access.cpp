@@ -9,11 +9,12 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
 
-#include "platform/linux/g_ref.h"
+#include "core/attempt.h"
 
 namespace platform {
 namespace {
@@ -49,16 +50,27 @@ Descriptor OpenRegularFile(const std::string& path) {
   // Without O_NONBLOCK, opening a pipe that nobody writes to would never return.
   Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
   CheckErrno(file.Number() >= 0, path);
-  struct stat status {};
+  struct stat status{};
   CheckErrno(fstat(file.Number(), &status) == 0, path);
   if (!S_ISREG(status.st_mode)) throw std::runtime_error(path + " is not a regular file");
   return file;
 }
 
+/// The bytes are on the disk when it returns: a file renamed before may be empty after a power cut.
+void WriteAll(const Descriptor& file, std::string_view bytes, const std::string& path) {
+  while (!bytes.empty()) {
+    const ssize_t count = write(file.Number(), bytes.data(), bytes.size());
+    if (count < 0 && errno == EINTR) continue;
+    CheckErrno(count >= 0, path);
+    bytes.remove_prefix(static_cast<std::size_t>(count));
+  }
+  CheckErrno(fsync(file.Number()) == 0, path);
+}
+
 }  // namespace
 
 bool IsRegularFile(const std::string& nativePath) {
-  struct stat status {};
+  struct stat status{};
   return stat(nativePath.c_str(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
@@ -82,11 +94,17 @@ std::string FirstBytes(const std::string& nativePath, std::size_t count) {
 }
 
 void ReplaceFile(const std::string& nativePath, std::string_view bytes, int mode) {
-  GErrorCheck error;
-  const auto size = static_cast<gssize>(bytes.size());
-  g_file_set_contents_full(nativePath.c_str(), bytes.data(), size, G_FILE_SET_CONTENTS_CONSISTENT,
-                           mode, error.Out());
-  error.Check();
+  // Not g_file_set_contents_full: its newer versions keep the mode of the file that is replaced.
+  std::string fresh = nativePath + ".XXXXXX";
+  const Descriptor file(g_mkstemp_full(fresh.data(), O_WRONLY | O_CLOEXEC, mode));
+  CheckErrno(file.Number() >= 0, fresh);
+  const bool replaced = core::Attempt([&] {
+    WriteAll(file, bytes, fresh);
+    CheckErrno(rename(fresh.c_str(), nativePath.c_str()) == 0, nativePath);
+  });
+  if (replaced) return;
+  unlink(fresh.c_str());
+  throw std::runtime_error(nativePath + " was not replaced");
 }
 
 }  // namespace platform

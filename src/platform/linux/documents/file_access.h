@@ -20,9 +20,9 @@ std::string FirstBytes(const std::string& nativePath, std::size_t count);
 
 /// Replaces the file as a whole or not at all, by a new file beside it that is then given its name.
 /// A symbolic link in its place is replaced and not followed, so that a link planted in a folder
-/// that others may write to leads nowhere. `mode` is as for open(2): the umask still applies.
-/// Throws std::runtime_error when the folder is missing or cannot be written, or a folder stands
-/// there.
+/// that others may write to leads nowhere. `mode` is as for open(2), whatever the replaced file's
+/// was: the umask still applies. Throws std::runtime_error when the folder is missing or cannot be
+/// written, or a folder stands there.
 void ReplaceFile(const std::string& nativePath, std::string_view bytes, int mode);
 
 }  // namespace platform

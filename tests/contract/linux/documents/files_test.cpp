@@ -15,7 +15,7 @@ namespace {
 class FilesOnLinux : public ServiceCase {
  protected:
   static mode_t RightsOf(const std::filesystem::path& path) {
-    struct stat status {};
+    struct stat status{};
     EXPECT_EQ(stat(path.c_str(), &status), 0);
     return status.st_mode & 0777;
   }
@@ -119,6 +119,13 @@ TEST_F(FilesOnLinux, KeepThePageAndItsFolderToTheirOwner) {
   umask(earlier);
   EXPECT_EQ(RightsOf(Native("page")), 0700u);
   EXPECT_EQ(RightsOf(Native("page/index.htm")), 0600u);
+}
+
+TEST_F(FilesOnLinux, KeepThePageToItsOwnerWhereAnEarlierOneWasForAll) {
+  peer::WriteFile(In("index.htm"), "earlier");
+  std::filesystem::permissions(Native("index.htm"), std::filesystem::perms(0644));
+  platform::WriteUtf16File(In("index.htm"), "A");
+  EXPECT_EQ(RightsOf(Native("index.htm")), 0600u);
 }
 
 TEST_F(FilesOnLinux, GiveSavedDocumentsTheRightsOfANewFile) {
