@@ -45,6 +45,13 @@ class Page(typing.NamedTuple):
         return "page: " + shown + more
 
 
+class PageOrFailure(Page):
+    """The page where the library that reads the answer takes it for whole, otherwise the failure."""
+
+    def __str__(self):
+        return super().__str__() + ", or failure (libsoup of Debian 13)"
+
+
 def page(*rows, count=None):
     return Page(rows, len(rows) if count is None else count)
 
@@ -242,7 +249,7 @@ CASES = [
     Case("cut-before-last-chunk", "a whole catalogue, cut before the last chunk",
          in_chunks(CATALOGUE, last=b"", end="cut"), FAILURE, GOOD),
     Case("ended-before-last-chunk", "the same with a proper end of the connection",
-         in_chunks(CATALOGUE, last=b""), GOOD),
+         in_chunks(CATALOGUE, last=b""), PageOrFailure(*GOOD), GOOD),
     Case("bad-chunk", "a chunk whose length is no number",
          in_chunks(HALF, last=b"zz\r\nabc\r\n0\r\n\r\n"), FAILURE),
     Case("huge-chunk", "a chunk of 16 exabytes", in_chunks(HALF, last=b"FFFFFFFFFFFFFFFF\r\nabc"), FAILURE),
