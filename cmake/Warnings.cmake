@@ -2,6 +2,15 @@
 add_library(velor_flags INTERFACE)
 target_compile_options(velor_flags INTERFACE -Wall -Wextra -Wpedantic -Werror)
 target_include_directories(velor_flags INTERFACE "${CMAKE_SOURCE_DIR}/src")
+if(NOT WIN32 AND CMAKE_BUILD_TYPE STREQUAL "Release")
+  # As cmake/toolchains/mingw.cmake does for Windows; scripts/check-image looks at the result.
+  include(CheckPIESupported)
+  check_pie_supported()
+  set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+  target_compile_options(velor_flags INTERFACE
+    -fstack-protector-strong -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3)
+  target_link_options(velor_flags INTERFACE -Wl,-z,relro,-z,now,-z,noexecstack)
+endif()
 if(VELOR_SANITIZE)
   set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
   # The browser engine is built without type information, and calls functions of the standard library
