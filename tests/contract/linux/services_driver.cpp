@@ -196,8 +196,8 @@ bool RunUntil(const std::function<bool()>& condition, std::chrono::milliseconds 
   const gint64 end = g_get_monotonic_time() + deadline.count() * 1000;
   // Conditions may look at files, of which the loop hears nothing.
   constexpr guint kLookEvery = 10;
-  const guint wake = g_timeout_add(
-      kLookEvery, [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
+  const guint wake =
+      g_timeout_add(kLookEvery, [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
   bool holds = condition();
   while (!holds && g_get_monotonic_time() < end) {
     g_main_context_iteration(nullptr, TRUE);

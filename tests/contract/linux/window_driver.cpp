@@ -197,8 +197,8 @@ bool RunUntil(const std::function<bool()>& condition, std::chrono::milliseconds 
       },
       &late);
   // Some conditions change without an event, so the loop turns at least this often.
-  const guint pulse = g_timeout_add(
-      10, [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
+  const guint pulse =
+      g_timeout_add(10, [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
   bool holds = condition();
   while (!holds && !late) {
     g_main_context_iteration(nullptr, TRUE);

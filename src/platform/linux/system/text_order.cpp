@@ -37,7 +37,7 @@ class Icu {
  public:
   Icu() {
     const char* found = nullptr;
-    dl_iterate_phdr(FindIcu, &found);
+    dl_iterate_phdr(FindIcu, static_cast<void*>(&found));
     if (found == nullptr) return;
     mPath = found;
     const auto open = Function<decltype(ucol_open)>("ucol_open");

@@ -30,8 +30,8 @@ unsigned StartTimer(unsigned milliseconds, std::function<void()> step);
 void StopTimer(unsigned timer);
 
 /// Calls a handler, if there is one. By value: it may replace itself or destroy its owner.
-inline void Notify(const std::function<void()> handler) {
-  if (handler) core::Attempt(handler);
+inline void Notify(std::function<void()> handler) {
+  if (handler) core::Attempt(std::move(handler));
 }
 
 }  // namespace platform
