@@ -111,6 +111,7 @@ void frmSelect::Form_Load() {
   Attempt([&] { modI18N2::TranslateForm(mForm, 0); });
   // The wait page has no words of its own; who cannot see it hears what the status line says.
   Attempt([&] { webOptions.SetBusyText(mControls.lblStatus.Caption()); });
+  Attempt([&] { mControls.lblStatus.Announce(mControls.lblStatus.Caption()); });
   Attempt([&] { mOfferedVoices.clear(); });
   Attempt([&] { webOptions.Navigate(modPath::GetAppFolder() + "\\wait.htm"); });
   Attempt([&] { StartLoadingCatalogue(); });
@@ -201,12 +202,15 @@ void frmSelect::ShowSelection(const PageInputs& inputs) {
   auto& lblStatus = mControls.lblStatus;
   const Selection selection = inputs ? CountSelection(*inputs, mOfferedVoices) : Selection();
   const bool anything = selection.count > 0;
+  const bool anythingBefore = AttemptOr(false, [&] { return cmdInstall.Enabled(); });
   Attempt([&] {
-    if (cmdInstall.Enabled() != anything) cmdInstall.SetEnabled(anything);
+    if (anythingBefore != anything) cmdInstall.SetEnabled(anything);
   });
   Attempt([&] {
     const std::string text = StatusText(selection, Text);
-    if (lblStatus.Caption() != text) lblStatus.SetCaption(text);
+    if (lblStatus.Caption() == text) return;
+    lblStatus.SetCaption(text);
+    if (anything || anythingBefore) lblStatus.Announce(SpokenStatusText(selection, Text));
   });
 }
 

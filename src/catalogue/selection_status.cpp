@@ -21,7 +21,10 @@ Selection CountSelection(const std::vector<platform::InputState>& inputs,
 }
 
 std::string StatusText(const Selection& selection, const TextLookup& text) {
-  if (selection.count <= 0) return "";
+  return selection.count <= 0 ? "" : SpokenStatusText(selection, text);
+}
+
+std::string SpokenStatusText(const Selection& selection, const TextLookup& text) {
   return std::to_string(selection.count) + " " + text(selection.count == 1 ? "voice," : "voices,") +
          " " + std::to_string(selection.megabytes) + "MB";
 }

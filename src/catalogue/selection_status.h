@@ -24,3 +24,6 @@ Selection CountSelection(const std::vector<platform::InputState>& inputs,
 
 /// "1 voice, 75MB", "3 voices, 210MB"; empty when nothing is selected.
 std::string StatusText(const Selection& selection, const TextLookup& text);
+
+/// The same to be heard: "0 voices, 0MB" when nothing is selected, since silence says nothing.
+std::string SpokenStatusText(const Selection& selection, const TextLookup& text);

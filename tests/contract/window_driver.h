@@ -61,6 +61,9 @@ void ClickLabel(const std::string& form, const std::string& browser, int row);
 std::string NameOfBox(const std::string& form, const std::string& browser, int row);
 void FollowLink(const std::string& form, const std::string& browser);
 
+/// What was announced to assistive technology since Begin, in order.
+std::vector<std::string> Announced();
+
 /// Writes a page with an element of the id "busy"; answers its path.
 std::string BusyPage();
 /// What assistive technology calls that element; empty where it has no name or is not there yet.

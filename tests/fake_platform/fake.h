@@ -78,6 +78,8 @@ struct Control final : platform::Control::Impl {
   /// Properties that the control lacks besides those that its kind lacks.
   std::set<std::string> lacks;
   std::function<void()> onClick;
+  /// What was announced while the form was active.
+  std::vector<std::string> announced;
   Browser browser;
 
   /// The user presses the button; does nothing while it is disabled.
@@ -89,6 +91,7 @@ struct Control final : platform::Control::Impl {
   void SetFont(const platform::Font& newFont) override;
   void SetRightToLeft(bool newDirection) override;
   void OnClick(std::function<void()>&& handler) override;
+  void Speak(const std::string& text) override;
   std::vector<platform::ContainerItem> Items() const override;
   std::string ToolTipText() const override;
   void SetToolTipText(const std::string& text) override;

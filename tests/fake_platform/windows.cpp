@@ -133,6 +133,8 @@ void Control::OnClick(std::function<void()>&& handler) {
   onClick = std::move(handler);
 }
 
+void Control::Speak(const std::string& text) { announced.push_back(text); }
+
 std::vector<platform::ContainerItem> Control::Items() const {
   return Has("Items") ? items : Impl::Items();
 }
@@ -183,6 +185,7 @@ void Form::PlaceControl(platform::Control::Impl& control) {
 void Form::Present() {
   TheWorld().journal.emplace_back("Show");
   visible = true;
+  for (const auto& control : controls) control->FormActivated(true);
 }
 
 void Form::Conceal() {

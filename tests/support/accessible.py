@@ -195,9 +195,14 @@ def has_focus(accessible):
     return accessible is not None and _has_state(accessible, Atspi.StateType.FOCUSED)
 
 
+# The events of a text to be spoken: an accessible of the role notification that is shown, or since ATK
+# 2.50 a signal.
+ANNOUNCEMENTS = ("object:state-changed:showing", "object:notification")
+
+
 class Listener:
     """Hears what programs tell by themselves, which is what a screen reader speaks of, from its
-    construction to close(). `kinds` are such as "object:announcement" or "document:load-complete"."""
+    construction to close(). `kinds` are such as "document:load-complete" or one of ANNOUNCEMENTS."""
 
     def __init__(self, *kinds):
         self._kinds = kinds
@@ -207,6 +212,8 @@ class Listener:
             self._listener.register(kind)
 
     def _hear(self, event):
+        if event.type == "object:state-changed:showing" and role(event.source) != "notification":
+            return
         # A page tells of itself; the others say what is new.
         of_page = event.type.startswith(("object:state-changed:", "document:"))
         text = name(event.source) if of_page else event.any_data

@@ -65,6 +65,11 @@ class Control {
   void SetWidth(float twips);
   void SetHeight(float twips);
 
+  /// Lets a screen reader speak `text` without a change of focus; for a Label. Screen readers
+  /// ignore a window that is not active: then the last text is kept and announced once when the
+  /// form becomes active. An empty text is not announced. Nothing changes on the screen.
+  void Announce(const std::string& text);
+
   /// Puts the control in front of all others.
   void BringToFront();
 

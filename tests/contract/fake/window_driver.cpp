@@ -68,6 +68,15 @@ bool IsSeen(const std::string& form) {
   return FormNamed(form).visible && !FormNamed(form).minimised;
 }
 
+std::vector<std::string> Announced() {
+  std::vector<std::string> announced;
+  for (const auto& form : fake::TheWorld().loadedForms) {
+    for (const auto& control : form->Controls())
+      announced.insert(announced.end(), control->announced.begin(), control->announced.end());
+  }
+  return announced;
+}
+
 void Close(const std::string& form) { FormNamed(form).Close(); }
 
 void Resize(const std::string& form, float width, float height) {

@@ -180,12 +180,43 @@ std::string WritePage(const std::string& page) {
   return support::CorePath(path);
 }
 
+std::vector<std::string> announced;
+
+/// By either signal that platform/linux/window/speech.cpp uses. An AtkObject emits both.
+gboolean HearAnnouncement(GSignalInvocationHint* hint, guint, const GValue* values, gpointer) {
+  auto* const accessible = ATK_OBJECT(g_value_get_object(values));
+  const bool isState = g_quark_try_string("showing") == hint->detail;
+  if (!isState) {
+    announced.emplace_back(g_value_get_string(values + 1));
+  } else if (atk_object_get_role(accessible) == ATK_ROLE_NOTIFICATION) {
+    announced.emplace_back(atk_object_get_name(accessible));
+  }
+  return TRUE;
+}
+
+void HearAnnouncements() {
+  static const bool heard = [] {
+    g_type_class_ref(ATK_TYPE_OBJECT);  // NOLINT: kept, it has the signals
+    g_signal_add_emission_hook(g_signal_lookup("state-change", ATK_TYPE_OBJECT),
+                               g_quark_from_static_string("showing"), HearAnnouncement, nullptr,
+                               nullptr);
+    if (const guint notification = g_signal_lookup("notification", ATK_TYPE_OBJECT))
+      g_signal_add_emission_hook(notification, 0, HearAnnouncement, nullptr, nullptr);
+    return true;
+  }();
+  static_cast<void>(heard);
+  announced.clear();
+}
+
 }  // namespace
 
 void Begin() {
   EndWatch();
+  HearAnnouncements();
   pages = std::make_unique<support::TemporaryFolder>();
 }
+
+std::vector<std::string> Announced() { return announced; }
 
 bool RunUntil(const std::function<bool()>& condition, std::chrono::milliseconds deadline) {
   bool late = false;

@@ -5,6 +5,7 @@
 
 #include <windows.h>
 #include <gtest/gtest.h>
+#include <oleacc.h>
 
 #include <cmath>
 #include <memory>
@@ -145,6 +146,10 @@ bool ShowsPages() {
 }
 
 constexpr NotKept kNotKept[] = {
+    {"Control.AnnouncesEachTextWhileTheFormIsActive", true,
+     "Wine's IAccPropServices stores no names, so the event has the window's text"},
+    {"Control.AnnouncesTheLastTextOnceWhenTheFormBecomesActive", true,
+     "Wine's IAccPropServices stores no names, so the event has the window's text"},
     {"Message.IsWrittenRightToLeftWhereAsked", true,
      "Wine's message box does not write from right to left"},
 };
@@ -194,6 +199,32 @@ std::string AttributeOf(const ComPtr<IDispatch>& element, std::wstring_view name
   return value.vt == VT_BSTR ? value.Utf8() : std::string();
 }
 
+std::vector<std::string> announced;
+
+/// As a screen reader does: the event says where, and the text is the name there.
+void CALLBACK HearAnnouncement(HWINEVENTHOOK, DWORD, HWND window, LONG object, LONG child, DWORD,
+                               DWORD) {
+  core::Attempt([&] {
+    ComPtr<IAccessible> accessible;
+    platform::Variant self;
+    platform::Check(AccessibleObjectFromEvent(window, static_cast<DWORD>(object),
+                                              static_cast<DWORD>(child), accessible.Out(), &self));
+    BSTR name = nullptr;
+    platform::Check(accessible->get_accName(self, &name));
+    announced.push_back(platform::Utf8Text({name, SysStringLen(name)}));
+    SysFreeString(name);
+  });
+}
+
+void HearAnnouncements() {
+  constexpr DWORD kLiveRegionChanged = 0x8019;
+  static const HWINEVENTHOOK hook =
+      SetWinEventHook(kLiveRegionChanged, kLiveRegionChanged, nullptr, HearAnnouncement,
+                      GetCurrentProcessId(), 0, WINEVENT_OUTOFCONTEXT);
+  if (!hook) throw std::runtime_error("no events");
+  announced.clear();
+}
+
 /// Answers its path.
 std::string WritePage(const std::string& page) {
   const auto path = pages->Path() / ("page" + std::to_string(++pagesWritten) + ".htm");
@@ -206,11 +237,14 @@ std::string WritePage(const std::string& page) {
 void Begin() {
   EndWatch();
   SkipNotKept(kNotKept);
+  HearAnnouncements();
   if (NeedsPage(RunningCase()) && !ShowsPages()) {
     GTEST_SKIP() << "this system's WebBrowser control shows no pages";
   }
   pages = std::make_unique<support::TemporaryFolder>();
 }
+
+std::vector<std::string> Announced() { return announced; }
 
 bool RunUntil(const std::function<bool()>& condition, std::chrono::milliseconds deadline) {
   return RunEventsUntil(condition, deadline);

@@ -148,9 +148,37 @@ TEST_F(Control, HasWhatItsKindHasAndThrowsForTheRest) {
     EXPECT_THROW(control->SetFont({"x", 0}), platform::Unsupported);
     EXPECT_THROW(control->SetRightToLeft(true), platform::Unsupported);
   }
+  for (auto* control : {&picture, &browser, &button})
+    EXPECT_THROW(control->Announce("x"), platform::Unsupported);
   for (auto* control : {&picture, &browser, &label})
     EXPECT_THROW(control->OnClick([] {}), platform::Unsupported);
   for (auto& control : form->Controls()) EXPECT_THROW(control.Items(), platform::Unsupported);
+}
+
+TEST_F(Control, AnnouncesEachTextWhileTheFormIsActive) {
+  label.SetCaption("seen");
+  ShowAndSee(*form);
+  std::size_t count = 0;
+  for (const auto* text : {"active", "again", "again", "0 röster"}) {
+    label.Announce(text);
+    label.Announce("");
+    ++count;
+    ASSERT_TRUE(peer::RunUntil([&] { return peer::Announced().size() == count; })) << text;
+  }
+  EXPECT_THAT(peer::Announced(), testing::ElementsAre("active", "again", "again", "0 röster"));
+  EXPECT_EQ(label.Caption(), "seen");
+}
+
+TEST_F(Control, AnnouncesTheLastTextOnceWhenTheFormBecomesActive) {
+  label.Announce("first");
+  label.Announce("last");
+  platform::ProcessPendingEvents();
+  EXPECT_THAT(peer::Announced(), testing::IsEmpty());
+  ShowAndSee(*form);
+  EXPECT_TRUE(peer::RunUntil([] { return !peer::Announced().empty(); }));
+  label.Announce("later");
+  EXPECT_TRUE(peer::RunUntil([] { return peer::Announced().size() == 2; }));
+  EXPECT_THAT(peer::Announced(), testing::ElementsAre("last", "later"));
 }
 
 TEST_F(Control, MayBeBroughtToTheFrontBeforeAndAfterTheFormIsSeen) {
@@ -235,6 +263,7 @@ TEST_F(Control, ThrowsForEverythingAfterItsFormHasGone) {
     EXPECT_THROW(control.SetWidth(1), std::logic_error);
     EXPECT_THROW(control.SetHeight(1), std::logic_error);
     EXPECT_THROW(control.BringToFront(), std::logic_error);
+    EXPECT_THROW(control.Announce("x"), std::logic_error);
     EXPECT_THROW(control.Items(), std::logic_error);
     EXPECT_THROW(control.OnClick([] {}), std::logic_error);
   };

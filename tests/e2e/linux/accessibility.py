@@ -17,11 +17,11 @@ BERIT = Voice("12", "Berit", "Norwegian", 135_000_000, "{22345678-9ABC-DEF0-1122
 
 # Told of a page in the making, of one that is there, of a text to be spoken, of a changed name.
 TOLD = (
-    "object:state-changed:busy", "document:load-complete", "object:announcement",
+    "object:state-changed:busy", "document:load-complete", *accessible.ANNOUNCEMENTS,
     "object:property-change:accessible-name",
 )
 # What only groups others. A cell of the page's table may be a text of its own.
-GROUPS = ("panel", "filler", "scroll pane")
+GROUPS = ("panel", "redundant object", "filler", "scroll pane")
 # What a screen reader speaks; the rest is the rule or about drawing.
 SPOKEN = ("active", "busy", "checkable", "checked", "focusable", "indeterminate")
 
@@ -131,8 +131,7 @@ class Accessibility(scenario.Scenario):
         self.output.append(table(title, met))
 
     def write_output(self, language):
-        spoken = [text for kind, _, text in self.told.heard() if kind == "object:announcement"]
-        self.note("spoken when it changes", [Met("label", text) for text in spoken])
+        self.note("announced", [Met("label", text) for text in self.announced()])
         text = "\n\n".join(self.output) + "\n"
         folder = scenario.build.folder / "accessibility"
         folder.mkdir(exist_ok=True)
@@ -153,6 +152,12 @@ class Accessibility(scenario.Scenario):
             self.see(lambda: expected in self.told.heard(), str(expected))
         except accessible.NotSeen:
             self.assertIn(expected, self.told.heard())
+
+    def announced(self):
+        return [text for kind, _, text in self.told.heard() if kind in accessible.ANNOUNCEMENTS]
+
+    def see_announced(self, *texts):
+        self.see(lambda: self.announced() == list(texts), f"the announcement of {texts[-1]!r}")
 
     def see_focus(self, find, what):
         self.see(lambda: accessible.has_focus(find()), f"the focus at {what}")
@@ -180,22 +185,24 @@ class Accessibility(scenario.Scenario):
         )
 
     def voices_page(self, words, status="", ticked=()):
-        rows = [
-            row
-            for voice in words.offered
-            for row in (
-                Met("check box", voice.shown,
-                    "checkable checked focusable" if voice in ticked else "checkable focusable"),
+        rows = []
+        for voice in words.offered:
+            size = f"{voice.size // 1_000_000}MB"
+            states = "checkable checked focusable" if voice in ticked else "checkable focusable"
+            rows += [
+                Met("list item", f"{voice.shown} {size}"),
+                Met("check box", voice.shown, states, size),
                 Met("label", voice.shown),
-                Met("section", f"{voice.size // 1_000_000}MB"),
-            )
-        ]
+            ]
         return self.frame(
             Met("document web", scenario.VOICES_PAGE, "focusable"),
             Met("heading", words.available),
+            Met("list", words.available),
             *rows,
             Met("heading", words.installed),
-            Met("check box", BERIT.shown, "checkable checked disabled"),
+            Met("list", words.installed),
+            Met("list item", f"{BERIT.shown} {BERIT.shown}"),
+            Met("check box", BERIT.shown, "checkable checked disabled", words.installed),
             Met("label", BERIT.shown),
             *self.controls(words, status, ready=bool(ticked)),
         )
@@ -221,7 +228,7 @@ class Accessibility(scenario.Scenario):
     def tick_by_keyboard(self, program, words):
         self.see_focus(lambda: program.box(AGNES.shown), AGNES.shown)
         desktop.keys("space")
-        self.hear("object:announcement", False, words.one)
+        self.see_announced(words.loading, words.one)
         self.hear("object:property-change:accessible-name", False, words.one)
         focused = self.voices_page(words, words.one, ticked=[AGNES])
         self.see_tree(program, focused, "with a voice ticked")

@@ -67,6 +67,19 @@ TEST_F(SelectionStatus, SpeaksOfOneVoice) {
   EXPECT_TRUE(Button().enabled);
 }
 
+TEST_F(SelectionStatus, AnnouncesEachChangeAndThatNothingIsSelectedAnyMore) {
+  ShowVoices(TwoVoices());
+  Wait();
+  EXPECT_EQ(Status().announced, std::vector<std::string>());
+  Tick("12");
+  Wait();
+  Wait();
+  Tick("12", false);
+  Wait();
+  EXPECT_EQ(Status().announced,
+            (std::vector<std::string>{"1 voice chosen, 75MB", "0 voices chosen, 0MB"}));
+}
+
 TEST_F(SelectionStatus, SpeaksOfSeveralVoicesAndTheirSize) {
   ShowVoices(TwoVoices());
   Tick("12");

@@ -74,7 +74,7 @@ TEST_F(Window, CannotInstallBeforeAVoiceIsTicked) {
 
 TEST_F(Window, KnowsTheCataloguesAddress) { EXPECT_EQ(GetCatalogueURL(), kCatalogueAddress); }
 
-TEST_F(Window, CallsTheWaitPageByWhatTheStatusLineSays) {
+TEST_F(Window, CallsTheWaitPageByWhatTheStatusLineSaysAndAnnouncesIt) {
   World().WriteFile(InProgramFolder("VelorVoiceSetup.Language.xml"),
                     "<texts><contents>" +
                         TextItem("frmSelect.lblStatus.Caption", "Just a moment", "Moment noch") +
@@ -83,6 +83,7 @@ TEST_F(Window, CallsTheWaitPageByWhatTheStatusLineSays) {
   Start();
   EXPECT_EQ(Status().caption, "Moment noch");
   EXPECT_EQ(Browser().busyText, "Moment noch");
+  EXPECT_THAT(Status().announced, ElementsAre("Moment noch"));
 }
 
 TEST_F(Window, ShowsTheWaitPageWhileTheCatalogueLoads) {

@@ -94,6 +94,12 @@ TEST(StatusText, SpeaksOfSeveralVoices) {
 
 TEST(StatusText, IsEmptyWhenNothingIsSelected) { EXPECT_EQ(Status(0, 0), ""); }
 
+TEST(SpokenStatusText, SaysThatNothingIsSelected) {
+  const auto key = [](const std::string& text) { return text; };
+  EXPECT_EQ(SpokenStatusText({0, 0}, key), "0 voices, 0MB");
+  EXPECT_EQ(SpokenStatusText({1, 75}, key), "1 voice, 75MB");
+}
+
 TEST(StatusText, WritesPlainNumbers) {
   EXPECT_EQ(Status(1000, 32767), "1000 T(voices,) 32767MB");
   EXPECT_EQ(Status(1, -3), "1 T(voice,) -3MB");

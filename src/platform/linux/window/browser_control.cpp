@@ -13,6 +13,7 @@
 #include "core/attempt.h"
 #include "platform/linux/window/box_list.h"
 #include "platform/linux/window/page_description.h"
+#include "platform/linux/window/page_roles.h"
 
 namespace platform {
 namespace {
@@ -82,6 +83,7 @@ GRef<WebKitUserContentManager> ContentManager() {
   webkit_user_content_manager_add_script(manager.Get(), script);
   webkit_user_script_unref(script);
   AddBoxList(manager.Get());
+  AddPageRoles(manager.Get());
   webkit_user_content_manager_register_script_message_handler_in_world(manager.Get(), kMessage,
                                                                        kHostWorld);
   return manager;
@@ -135,6 +137,9 @@ void BrowserControl::StartEngine() {
   mZoom.emplace(View());
   ConnectView();
   gtk_container_add(GTK_CONTAINER(Widget()), GTK_WIDGET(View()));
+  // The page reports its focus itself. GTK reports none for an accessible with this role; a screen
+  // reader would follow it out of the page. WebKit sets the parent when it makes the accessible.
+  atk_object_set_role(gtk_widget_get_accessible(GTK_WIDGET(View())), ATK_ROLE_REDUNDANT_OBJECT);
   gtk_widget_show(GTK_WIDGET(View()));
   for (const std::string& address : std::exchange(mWaiting, {}))
     webkit_web_view_load_uri(View(), address.c_str());

@@ -11,6 +11,7 @@
 #include "platform/linux/signals.h"
 #include "platform/linux/window/browser_control.h"
 #include "platform/linux/window/native_control.h"
+#include "platform/linux/window/speech.h"
 #include "platform/linux/window/toolkit.h"
 
 namespace platform {
@@ -178,23 +179,16 @@ class Label : public NativeControl {
     if (caption == mCaption) return;
     mCaption = caption;
     gtk_label_set_text(Text(), caption.c_str());
-    Announce();
   }
   void SetFont(const Font& font) override { SetLabelFont(Text(), font); }
   void SetRightToLeft(bool rightToLeft) override { SetDirection(Widget(), rightToLeft); }
+  void Speak(const std::string& text) override { mSpeech.Say(Widget(), text); }
 
  private:
   GtkLabel* Text() const { return GTK_LABEL(Widget()); }
 
-  /// The label is no place for the focus, so a screen reader is told of the new text; the
-  /// accessible name, which is the text, follows by itself.
-  void Announce() {
-    AtkObject* accessible = gtk_widget_get_accessible(Widget());
-    if (!mCaption.empty() && g_signal_lookup("announcement", ATK_TYPE_OBJECT) != 0)
-      g_signal_emit_by_name(accessible, "announcement", mCaption.c_str());
-  }
-
   std::string mCaption;
+  Speech mSpeech;
 };
 
 /// Shows the program's logo at the top of a column, as wide as the column.

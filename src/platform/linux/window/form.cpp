@@ -68,6 +68,7 @@ class NativeForm final : public Form::Impl, FormAreaOwner {
   bool FocusNext(GtkDirectionType direction) const;
   bool HandleKey(GdkEventKey& key);
   bool IsTabAgain(GdkEventKey& key);
+  void NotifyActive();
 
   int mWidth;
   int mHeight;
@@ -76,6 +77,7 @@ class NativeForm final : public Form::Impl, FormAreaOwner {
   bool mRightToLeft = false;
   SignalConnection mClose;
   SignalConnection mKey;
+  SignalConnection mActive;
   GtkWidget* mPageLeft = nullptr;
   guint32 mTabTime = 0;
   bool mPlacing = false;
@@ -100,6 +102,10 @@ NativeForm::NativeForm(const std::string& name, float clientWidth, float clientH
   });
   mKey = Connect<gboolean(GdkEventKey*)>(mWindow.Get(), "key-press-event",
                                          [this](GdkEventKey* key) { return HandleKey(*key); });
+  // Later, so that a screen reader has presented the window before what it announces.
+  mActive = Connect<void(GParamSpec*)>(mWindow.Get(), "notify::is-active", [this](GParamSpec*) {
+    PostTo(weak_from_this(), [](Impl& form) { static_cast<NativeForm&>(form).NotifyActive(); });
+  });
   Windows().push_back(Window());
 }
 
@@ -197,12 +203,19 @@ void NativeForm::DestroyNativeWindow() {
   if (!mWindow) return;
   mClose = {};
   mKey = {};
+  mActive = {};
   ForgetFormAreaOwner(mArea.Get());
   const auto window = std::exchange(mWindow, {});
   mArea = {};
   std::erase(Windows(), GTK_WINDOW(window.Get()));
   DetachControls();
   gtk_widget_destroy(window.Get());
+}
+
+void NativeForm::NotifyActive() {
+  if (!mWindow) return;
+  const bool active = gtk_window_is_active(Window()) != FALSE;
+  for (const auto& control : controls) control->FormActivated(active);
 }
 
 }  // namespace

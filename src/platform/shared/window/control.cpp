@@ -39,6 +39,19 @@ void Control::Impl::SetRightToLeft(bool) { Lacks("RightToLeft"); }
 void Control::Impl::OnClick(std::function<void()>&&) { Lacks("Click"); }
 std::vector<ContainerItem> Control::Impl::Items() const { Lacks("Items"); }
 
+void Control::Impl::Announce(const std::string& text) {
+  if (kind != "Label") Lacks("announcements");
+  if (!text.empty()) mAnnouncement = text;
+  FormActivated(mFormActive);
+}
+
+void Control::Impl::FormActivated(bool active) {
+  mFormActive = active;
+  if (!active || mAnnouncement.empty()) return;
+  const std::string text = std::exchange(mAnnouncement, {});
+  Speak(text);
+}
+
 void Control::Impl::Move(const Place& place) {
   CheckLives();
   mPlace = place;
@@ -98,6 +111,8 @@ void Control::SetHeight(float twips) {
   place.height = CheckedSize(twips);
   mImpl->Move(place);
 }
+
+void Control::Announce(const std::string& text) { Living(mImpl).Announce(text); }
 
 void Control::BringToFront() { Living(mImpl).BringToFront(); }
 

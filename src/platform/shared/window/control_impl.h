@@ -33,6 +33,8 @@ struct Control::Impl {
   virtual void SetFont(const Font& font);
   virtual void SetRightToLeft(bool rightToLeft);
   virtual void OnClick(std::function<void()>&& handler);
+  /// Announces the text of a Label now; the form is active.
+  virtual void Speak(const std::string&) {}
   virtual std::string Tag() const { return {}; }
   virtual std::vector<ContainerItem> Items() const;
 
@@ -48,6 +50,10 @@ struct Control::Impl {
   /// The form has gone: nothing of the control may be used or told any more.
   virtual void End() { mMover = nullptr; }
 
+  void Announce(const std::string& text);
+  /// To be called whenever the form becomes active or inactive.
+  virtual void FormActivated(bool active);
+
   /// The form, once it has the control, moves it to its place whenever that changes.
   void SetMover(std::function<void()> mover) { mMover = std::move(mover); }
   void Move(const Place& place);
@@ -61,6 +67,8 @@ struct Control::Impl {
 
  private:
   Place mPlace;
+  bool mFormActive = false;
+  std::string mAnnouncement;  // not spoken yet
   std::function<void()> mMover;
 };
 

@@ -8,6 +8,7 @@
 
 #include "core/attempt.h"
 #include "platform/win32/com.h"
+#include "platform/win32/wide_text.h"
 
 namespace platform {
 namespace {
@@ -17,6 +18,8 @@ constexpr GUID kLiveSetting = {
     0xc12bcd8e, 0x2a8e, 0x4950, {0x8a, 0xe7, 0x36, 0x25, 0x11, 0x1d, 0x58, 0xeb}};
 constexpr GUID kRole = {
     0xcb905ff2, 0x7bd1, 0x4c05, {0xb3, 0xc8, 0xe6, 0xc2, 0x41, 0x36, 0x4d, 0x70}};
+constexpr GUID kName = {
+    0x608d3df8, 0x8128, 0x4aa7, {0xa4, 0x28, 0xf5, 0x5e, 0x49, 0x26, 0x72, 0x91}};
 constexpr CLSID kAnnotations = {
     0xb5f8350b, 0x0548, 0x48b1, {0xa6, 0xee, 0x88, 0xbd, 0x00, 0xb4, 0xa5, 0xe7}};
 constexpr IID kIAccPropServices = {
@@ -24,7 +27,8 @@ constexpr IID kIAccPropServices = {
 constexpr long kPolite = 1;
 constexpr DWORD kLiveRegionChanged = 0x8019;
 
-void Annotate(HWND window, const GUID& property, long value) {
+template <class Value>
+void Annotate(HWND window, const GUID& property, const Value& value) {
   core::Attempt([&] {
     const auto services = CreateObject<IAccPropServices>(kAnnotations, kIAccPropServices);
     Check(services->SetHwndProp(window, static_cast<DWORD>(OBJID_CLIENT), CHILDID_SELF, property,
@@ -38,8 +42,13 @@ void DescribeAsPicture(HWND window) { Annotate(window, kRole, ROLE_SYSTEM_GRAPHI
 
 void DescribeAsStatus(HWND window) { Annotate(window, kLiveSetting, kPolite); }
 
-void TellChangedStatus(HWND window) {
+void SetAccessibleName(HWND window, const std::string& text) {
+  Annotate(window, kName, std::wstring_view(WideText(text)));
   NotifyWinEvent(EVENT_OBJECT_NAMECHANGE, window, OBJID_CLIENT, CHILDID_SELF);
+}
+
+void AnnounceStatus(HWND window, const std::string& text) {
+  SetAccessibleName(window, text);
   NotifyWinEvent(kLiveRegionChanged, window, OBJID_CLIENT, CHILDID_SELF);
 }
 

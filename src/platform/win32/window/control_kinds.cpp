@@ -137,8 +137,9 @@ class Label : public TextControl {
   void SetCaption(const std::string& caption) override {
     if (caption == Caption()) return;
     TextControl::SetCaption(caption);
-    TellChangedStatus(Window());
+    SetAccessibleName(Window(), caption);
   }
+  void Speak(const std::string& text) override { AnnounceStatus(Window(), text); }
   void SetRightToLeft(bool rightToLeft) override {
     TextControl::SetRightToLeft(rightToLeft);
     ChangeStyle(GWL_STYLE, SS_TYPEMASK, rightToLeft ? SS_RIGHT : SS_LEFT);

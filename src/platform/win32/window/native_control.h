@@ -32,8 +32,6 @@ class NativeControl : public Control::Impl {
 
   /// The control was pressed.
   virtual void Pressed() {}
-  /// The form's window became the active one, or another did.
-  virtual void FormActivated(bool) {}
   /// A control that draws itself has to.
   virtual void Draw(const DRAWITEMSTRUCT&) {}
   /// The form's window is on a screen of another density.
