@@ -30,7 +30,7 @@ unsigned StartTimer(unsigned milliseconds, std::function<void()> step);
 void StopTimer(unsigned timer);
 
 /// Calls a handler, if there is one. By value: it may replace itself or destroy its owner.
-inline void Notify(std::function<void()> handler) {
+inline void Notify(std::function<void()> handler) {  // NOLINT(performance-*)
   if (handler) core::Attempt(std::move(handler));
 }
 
