@@ -1,6 +1,11 @@
 // RunCommandLine, on systems that start programs: the fake starts none.
 //
 // SPDX-License-Identifier: MIT
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/attempt.h"
 #include "core/text.h"
 #include "platform/system/shell.h"
 #include "tests/contract/services_case.h"
@@ -18,11 +23,13 @@ class RunCommandLine : public ServiceCase {
   /// The arguments that the program has got from a command line.
   static std::vector<std::string> ArgumentsFrom(const std::string& line) {
     platform::RunCommandLine(line);
-    const std::string record = Program() + ".log";
-    if (!peer::RunUntil([&] { return peer::FileBytes(record).has_value(); })) {
-      return {"was not started"};
-    }
-    std::vector<std::string> arguments = core::Split(*peer::FileBytes(record), "\n");
+    std::optional<std::string> record;
+    // A file cannot be opened while it is being renamed.
+    const auto isRead = [&] {
+      return core::Attempt([&] { record = peer::FileBytes(Program() + ".log"); }) && record;
+    };
+    if (!peer::RunUntil(isRead)) return {"was not started"};
+    std::vector<std::string> arguments = core::Split(*record, "\n");
     arguments.pop_back();  // after the last line end
     return arguments;
   }
